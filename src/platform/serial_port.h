@@ -1,0 +1,49 @@
+#pragma once
+// The serial port as the dongle link uses it: open by number or device path, settings text
+// such as "115200,n,8,1", read what has arrived, write, and an event on receive or error.
+
+#include <functional>
+#include <string>
+
+namespace zv::platform {
+
+// Error numbers of the serial port, as the link reports them.
+inline constexpr int kPortErrorNoSuchPort = 8002; // the port does not exist
+inline constexpr int kPortErrorInUse = 8005; // another program holds the port
+
+enum class CommEvent {
+    Receive = 2, // data arrived (RThreshold reached)
+    BreakOrError = 1001, // the device went away or reported a read error; the port is closed
+};
+
+class SerialPort {
+public:
+    virtual ~SerialPort() = default;
+
+    // Port number n (1..16) or a device path ("/dev/ttyUSB0", a pseudo-terminal).
+    virtual void setCommPort(int n) = 0;
+    virtual void setDevice(const std::string& path) = 0;
+    [[nodiscard]] virtual int commPort() const = 0;
+    [[nodiscard]] virtual std::string device() const = 0;
+
+    // Opens or closes the port; returns 0, kPortErrorNoSuchPort, kPortErrorInUse, or another
+    // error number with errorText() telling the reason (for instance missing permission).
+    [[nodiscard]] virtual int setPortOpen(bool open) = 0;
+    [[nodiscard]] virtual bool portOpen() const = 0;
+    [[nodiscard]] virtual std::string errorText() const = 0;
+
+    virtual void setSettings(const std::string& settings) = 0; // "baud,parity,data,stop"
+    [[nodiscard]] virtual std::string settings() const = 0;
+    virtual void setHandshaking(int mode) = 0; // 0: none
+    virtual void setInputLen(int n) = 0; // 0: input() returns everything waiting
+    virtual void setRThreshold(int n) = 0; // 0: no receive events
+
+    // Takes up to InputLen characters from the receive buffer.
+    [[nodiscard]] virtual std::string input() = 0;
+    virtual void output(const std::string& data) = 0;
+    [[nodiscard]] virtual int inBufferCount() const = 0;
+
+    std::function<void(CommEvent)> onComm;
+};
+
+} // namespace zv::platform
