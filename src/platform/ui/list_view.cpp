@@ -1,0 +1,148 @@
+#include "platform/ui/list_view.h"
+
+#include <stdexcept>
+
+namespace zv::platform::ui {
+
+void ListView::setColumns(std::vector<ListColumn> columns)
+{
+    columns_ = std::move(columns);
+    notify(Change::Columns);
+}
+
+void ListView::addRow(ListRow row)
+{
+    if (index_.count(row.key))
+        throw std::invalid_argument(name() + ": key is not unique: " + row.key);
+    index_.emplace(row.key, rows_.size());
+    std::string key = row.key;
+    rows_.push_back(std::move(row));
+    notify(Change::RowAdded, std::move(key));
+}
+
+void ListView::removeRow(const std::string& key)
+{
+    const auto it = index_.find(key);
+    if (it == index_.end())
+        return;
+    rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(it->second));
+    reindex();
+    if (selectedKey_ == key)
+        selectedKey_.clear();
+    notify(Change::RowRemoved, key);
+}
+
+void ListView::clear()
+{
+    rows_.clear();
+    index_.clear();
+    selectedKey_.clear();
+    notify(Change::Rows);
+}
+
+void ListView::reindex()
+{
+    index_.clear();
+    for (std::size_t i = 0; i < rows_.size(); ++i)
+        index_.emplace(rows_[i].key, i);
+}
+
+const ListRow* ListView::row(const std::string& key) const
+{
+    const auto it = index_.find(key);
+    return it == index_.end() ? nullptr : &rows_[it->second];
+}
+
+ListRow& ListView::rowAt(const std::string& key)
+{
+    const auto it = index_.find(key);
+    if (it == index_.end())
+        throw std::out_of_range(name() + ": no row with key " + key);
+    return rows_[it->second];
+}
+
+template <typename T> void ListView::update(const std::string& key, T ListRow::*field, const T& value)
+{
+    ListRow& target = rowAt(key);
+    if (target.*field == value)
+        return;
+    target.*field = value;
+    notify(Change::RowChanged, key);
+}
+
+void ListView::setText(const std::string& key, const std::string& text)
+{
+    update(key, &ListRow::text, text);
+}
+void ListView::setIcon(const std::string& key, const std::string& icon)
+{
+    update(key, &ListRow::icon, icon);
+}
+void ListView::setBold(const std::string& key, bool bold)
+{
+    update(key, &ListRow::bold, bold);
+}
+void ListView::setForeColor(const std::string& key, std::optional<Rgb> color)
+{
+    update(key, &ListRow::foreColor, color);
+}
+void ListView::setBackColor(const std::string& key, std::optional<Rgb> color)
+{
+    update(key, &ListRow::backColor, color);
+}
+void ListView::setChecked(const std::string& key, bool checked)
+{
+    update(key, &ListRow::checked, checked);
+}
+
+void ListView::setSubItem(const std::string& key, int column, const std::string& text)
+{
+    if (column < 1)
+        throw std::out_of_range(name() + ": sub-items count from 1");
+    ListRow& target = rowAt(key);
+    const auto slot = static_cast<std::size_t>(column - 1);
+    if (slot < target.subItems.size() && target.subItems[slot] == text)
+        return;
+    if (slot >= target.subItems.size())
+        target.subItems.resize(slot + 1);
+    target.subItems[slot] = text;
+    notify(Change::RowChanged, key);
+}
+
+void ListView::setSelectedKey(const std::string& key)
+{
+    assign(selectedKey_, index_.count(key) ? key : std::string(), Change::Selection);
+}
+
+void ListView::userSelect(const std::string& key)
+{
+    if (!usable() || !index_.count(key))
+        return;
+    selectedKey_ = key;
+    if (onItemClick)
+        onItemClick(key);
+}
+
+void ListView::userDoubleClick(const std::string& key)
+{
+    userSelect(key);
+    if (selectedKey_ == key && usable() && onDblClick)
+        onDblClick(key);
+}
+
+void ListView::userCheck(const std::string& key, bool checked)
+{
+    if (!usable() || !index_.count(key))
+        return;
+    rowAt(key).checked = checked;
+    if (onItemCheck)
+        onItemCheck(key, checked);
+}
+
+void ListView::userColumnClick(int column)
+{
+    if (usable() && onColumnClick)
+        onColumnClick(column);
+}
+
+} // namespace zv::platform::ui
