@@ -2,6 +2,7 @@
 
 #include "core/paths.h"
 #include "core/registry.h"
+#include "platform/ini_file.h"
 
 #include <algorithm>
 #include <array>
@@ -91,8 +92,8 @@ std::span<const SettingDefinition> settingDefinitions()
 
 const SettingDefinition& settingDefinition(std::string_view name)
 {
-    const auto it = std::find_if(
-        kSettings.begin(), kSettings.end(), [&](const SettingDefinition& d) { return d.name == name; });
+    const auto it = std::find_if(kSettings.begin(), kSettings.end(),
+        [&](const SettingDefinition& d) { return platform::equalsIgnoreCase(d.name, name); });
     if (it == kSettings.end())
         throw std::out_of_range("no such setting: " + std::string(name));
     return *it;
