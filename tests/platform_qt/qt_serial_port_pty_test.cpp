@@ -1,0 +1,212 @@
+// The real serial port and the real pump on a pseudo-terminal. These are the only tests that
+// wait in real time, each for a fraction of a second.
+
+#include "platform/qt/qt_event_loop.h"
+#include "platform/qt/qt_serial_port.h"
+#include "platform/testing/memory_settings_store.h"
+#include "platform_qt/pty.h"
+#include "platform_qt/qt_app.h"
+
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <termios.h>
+#include <time.h>
+#include <vector>
+
+using zv::platform::CommEvent;
+using zv::platform::QtEventLoop;
+using zv::platform::QtSerialPort;
+using zv::test::Pty;
+
+namespace {
+
+double processCpuSeconds()
+{
+    timespec now {};
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
+struct PtyPort : ::testing::Test {
+    void SetUp() override
+    {
+        (void)zv::test::qtApp();
+        ASSERT_TRUE(pty.ok());
+        port.onComm = [this](CommEvent event) { events.push_back(event); };
+        port.setDevice(pty.slavePath());
+        port.setSettings("115200,n,8,1");
+        ASSERT_EQ(port.setPortOpen(true), 0) << port.errorText();
+    }
+
+    [[nodiscard]] int count(CommEvent kind) const
+    {
+        return static_cast<int>(std::count(events.begin(), events.end(), kind));
+    }
+
+    Pty pty;
+    zv::platform::MemorySettingsStore store;
+    QtEventLoop loop;
+    QtSerialPort port { store };
+    std::vector<CommEvent> events;
+};
+
+} // namespace
+
+TEST_F(PtyPort, DataFromTheDeviceEndsAWaitEarly)
+{
+    QTimer::singleShot(40, [this] { pty.send("/OCC\r\n*"); });
+    const auto start = std::chrono::steady_clock::now();
+    const bool arrived = loop.waitUntil([this] { return port.inBufferCount() >= 7; }, 3000);
+    const auto waited = std::chrono::steady_clock::now() - start;
+    EXPECT_TRUE(arrived);
+    EXPECT_LT(waited, std::chrono::milliseconds(1500));
+
+    EXPECT_EQ(port.input(), "/"); // standing InputLen 1
+    port.setInputLen(0);
+    EXPECT_EQ(port.input(), "OCC\r\n*");
+    EXPECT_EQ(port.inBufferCount(), 0);
+}
+
+TEST_F(PtyPort, AQuietWaitBlocksInTheOsAndTimersStillRun)
+{
+    auto timer = loop.createTimer();
+    int ticks = 0;
+    timer->onTick = [&] {
+        if (++ticks == 2)
+            timer->setEnabled(false);
+    };
+    timer->setInterval(60);
+    timer->setEnabled(true);
+
+    const double cpuBefore = processCpuSeconds();
+    const auto start = std::chrono::steady_clock::now();
+    const bool arrived = loop.waitUntil([this] { return port.inBufferCount() > 0; }, 300);
+    const std::chrono::duration<double> wall = std::chrono::steady_clock::now() - start;
+    const double cpu = processCpuSeconds() - cpuBefore;
+
+    EXPECT_FALSE(arrived);
+    EXPECT_GE(wall.count(), 0.29);
+    EXPECT_LT(cpu, 0.2 * wall.count()) << "cpu " << cpu << " s over " << wall.count() << " s";
+    EXPECT_EQ(ticks, 2); // stopped inside its own tick
+}
+
+TEST_F(PtyPort, ReceiveEventsFollowTheThresholdAndSleepRunsNone)
+{
+    port.setRThreshold(3);
+    ASSERT_TRUE(pty.send("ab"));
+    loop.sleep(30); // the bytes are there, but no event may run
+    EXPECT_TRUE(events.empty());
+    EXPECT_FALSE(loop.waitUntil([this] { return !events.empty(); }, 100));
+    EXPECT_EQ(port.inBufferCount(), 2);
+
+    ASSERT_TRUE(pty.send("c"));
+    EXPECT_TRUE(loop.waitUntil([this] { return !events.empty(); }, 2000));
+    EXPECT_EQ(events, std::vector<CommEvent> { CommEvent::Receive });
+
+    port.setInBufferCount(0);
+    EXPECT_EQ(port.inBufferCount(), 0);
+    EXPECT_EQ(port.input(), "");
+}
+
+TEST_F(PtyPort, WritesReachTheDeviceAndSettingsApplyWhileOpen)
+{
+    port.output(std::string("\x12\x12\x12/B2\r", 7));
+    std::string seen;
+    for (int i = 0; i < 5 && seen.size() < 7; ++i)
+        seen += pty.receive(1000);
+    EXPECT_EQ(seen, std::string("\x12\x12\x12/B2\r", 7));
+
+    port.setSettings("19200,e,7,2");
+    port.setSettings(",n,8,1"); // unreadable: the line stays as it was
+    EXPECT_EQ(port.settings(), "19200,e,7,2");
+    port.setHandshaking(2);
+    EXPECT_EQ(port.handshaking(), 2);
+
+    termios line {};
+    const int slave = ::open(pty.slavePath().c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
+    if (slave >= 0) { // an exclusive open refuses this for an ordinary user: checked where allowed
+        ASSERT_EQ(::tcgetattr(slave, &line), 0);
+        ::close(slave);
+        EXPECT_EQ(::cfgetospeed(&line), static_cast<speed_t>(B19200));
+        // A pseudo-terminal keeps 8 data bits without parity whatever is asked; the rest shows.
+        EXPECT_TRUE(line.c_cflag & CSTOPB);
+        EXPECT_TRUE(line.c_cflag & CRTSCTS);
+    }
+}
+
+TEST_F(PtyPort, ASecondOpenOfAHeldDeviceIsRefusedAsInUse)
+{
+    QtSerialPort second { store };
+    second.setDevice(pty.slavePath());
+    EXPECT_EQ(second.setPortOpen(true), zv::platform::kPortErrorInUse);
+    EXPECT_FALSE(second.portOpen());
+    EXPECT_NE(second.errorText().find("in use"), std::string::npos) << second.errorText();
+
+    // Through a link, as from the settings store, it is the same device.
+    const auto link = std::filesystem::temp_directory_path() / ("zv-pty-link-" + std::to_string(::getpid()));
+    std::filesystem::remove(link);
+    std::filesystem::create_symlink(pty.slavePath(), link);
+    store.setValue("Ports", "COM12", link.string());
+    second.setCommPort(12);
+    EXPECT_EQ(second.device(), link.string());
+    EXPECT_EQ(second.setPortOpen(true), zv::platform::kPortErrorInUse);
+
+    ASSERT_EQ(port.setPortOpen(false), 0);
+    EXPECT_EQ(second.setPortOpen(true), 0) << second.errorText();
+    std::filesystem::remove(link);
+}
+
+TEST_F(PtyPort, ADeviceThatGoesAwayClosesThePortWithOneEvent)
+{
+    pty.closeMaster();
+    EXPECT_TRUE(loop.waitUntil([this] { return count(CommEvent::BreakOrError) > 0; }, 2000));
+    EXPECT_FALSE(port.portOpen());
+    EXPECT_FALSE(loop.waitUntil([this] { return count(CommEvent::BreakOrError) > 1; }, 100));
+    EXPECT_EQ(count(CommEvent::BreakOrError), 1);
+    EXPECT_EQ(port.input(), "");
+    port.output("/O\r"); // a closed port swallows writes
+
+    // The device is gone until it comes back; then the port opens again.
+    EXPECT_EQ(port.setPortOpen(true), zv::platform::kPortErrorNoSuchPort);
+    Pty back;
+    ASSERT_TRUE(back.ok());
+    port.setDevice(back.slavePath());
+    ASSERT_EQ(port.setPortOpen(true), 0) << port.errorText();
+    ASSERT_TRUE(back.send("*"));
+    EXPECT_TRUE(loop.waitUntil([this] { return port.inBufferCount() > 0; }, 2000));
+    EXPECT_EQ(port.input(), "*");
+}
+
+TEST(QtSerialPortOpen, MissingOrNonSerialDevicesGiveNoSuchPort)
+{
+    (void)zv::test::qtApp();
+    zv::platform::MemorySettingsStore store;
+    QtSerialPort port { store };
+
+    port.setDevice("/dev/pts/999999");
+    EXPECT_EQ(port.setPortOpen(true), zv::platform::kPortErrorNoSuchPort);
+    EXPECT_FALSE(port.portOpen());
+    EXPECT_NE(port.errorText().find("/dev/pts/999999"), std::string::npos);
+
+    port.setCommPort(0);
+    EXPECT_EQ(port.setPortOpen(true), zv::platform::kPortErrorNoSuchPort);
+    port.setCommPort(40);
+    EXPECT_EQ(port.setPortOpen(true), zv::platform::kPortErrorNoSuchPort);
+
+    const auto plain = std::filesystem::temp_directory_path() / ("zv-plain-" + std::to_string(::getpid()));
+    std::ofstream(plain) << "x";
+    store.setValue("Ports", "COM2", plain.string());
+    port.setCommPort(2);
+    EXPECT_EQ(port.setPortOpen(true), zv::platform::kPortErrorNoSuchPort);
+    std::filesystem::remove(plain);
+
+    store.setValue("Ports", "COM3", "/dev/null"); // a character device, but no terminal
+    port.setCommPort(3);
+    EXPECT_EQ(port.setPortOpen(true), zv::platform::kPortErrorNoSuchPort);
+    EXPECT_FALSE(port.portOpen());
+}
