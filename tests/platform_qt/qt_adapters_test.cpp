@@ -22,24 +22,6 @@ TEST(QtEventLoopPump, ProcessEventsRunsWhatIsPendingAndWaitUntilChecksFirst)
     EXPECT_TRUE(loop.waitUntil([] { return true; }, 1000));
     EXPECT_EQ(ran, 1); // already done: nothing ran
     EXPECT_TRUE(loop.waitUntil([&] { return ran == 2; }, 1000));
-
-    const auto before = loop.milliseconds();
-    EXPECT_GE(before, 0);
-    EXPECT_GE(loop.milliseconds(), before);
-}
-
-TEST(QtEventLoopPump, TimerStateFollowsItsSetters)
-{
-    (void)zv::test::qtApp();
-    zv::platform::QtEventLoop loop;
-    auto timer = loop.createTimer();
-    EXPECT_FALSE(timer->enabled());
-    timer->setEnabled(true);
-    EXPECT_TRUE(timer->enabled());
-    timer->setInterval(250);
-    EXPECT_EQ(timer->interval(), 250);
-    timer->setEnabled(false);
-    EXPECT_FALSE(timer->enabled());
 }
 
 TEST(QtDesktopUrls, AddressesStayAndPathsBecomeLocalFiles)
@@ -54,8 +36,6 @@ TEST(QtDesktopUrls, AddressesStayAndPathsBecomeLocalFiles)
     const QUrl relative = externalUrl("logs/run.csv");
     EXPECT_TRUE(relative.isLocalFile());
     EXPECT_EQ(relative.toLocalFile(), QDir::current().absoluteFilePath("logs/run.csv"));
-
-    EXPECT_TRUE(externalUrl("C:notes.txt").isLocalFile());
 }
 
 TEST(QtDesktopUrls, AMissingFileIsNotHandedToTheDesktop)

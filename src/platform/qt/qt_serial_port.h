@@ -2,7 +2,9 @@
 // The serial port on QSerialPort. Port numbers map to devices as port_devices.h tells; a port
 // held by another program (its lock file or an exclusive open) gives 8005, a device the user may
 // not open gives 70 with a text on how to get access. A device that goes away closes the port at
-// its first error and raises BreakOrError once. Data arrives while the event loop runs.
+// its first error and raises BreakOrError once, from the event loop (a close or reopen by the
+// program before then takes its place). Data arrives while the event loop runs: inBufferCount()
+// counts what the loop has taken from the device.
 
 #include "platform/serial_port.h"
 
