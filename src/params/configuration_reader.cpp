@@ -80,8 +80,18 @@ int ConfigurationReader::readConfig(int which)
 
 int ConfigurationReader::parseFile(const std::string& path, FileKind kind)
 {
+    std::ifstream in;
     try {
-        std::ifstream in = openForReading(path);
+        in = openForReading(path);
+    } catch (const RuntimeError& error) {
+        return report(error);
+    }
+    return parseConfigText(in, kind);
+}
+
+int ConfigurationReader::parseConfigText(std::istream& in, FileKind kind)
+{
+    try {
         ParameterList* list = &gatewayParameters_;
         if (kind == FileKind::Cell) {
             clsNode* firstNode = nodes_.Item(1);
@@ -185,23 +195,31 @@ int ConfigurationReader::writeFile(const std::string& path, FileKind kind) const
 bool ConfigurationReader::ReadAlarmConfiguration()
 {
     AlarmMap.fill(kNoAlarmMapping);
+    std::ifstream in;
     try {
-        std::ifstream in = openForReading(AlarmConfigFileName);
-        std::string line;
-        while (readLine(in, line)) {
-            if (const auto mapping = parseAlarmLine(line)) {
-                AlarmMap[static_cast<std::size_t>(mapping->source)]
-                    = static_cast<std::int16_t>(mapping->destination);
-            }
-        }
-        if (in.bad()) {
-            throw RuntimeError::pathFileAccess();
-        }
-        return true;
+        in = openForReading(AlarmConfigFileName);
     } catch (const RuntimeError& error) {
         report(error, false);
         return false;
     }
+    return readAlarmText(in);
+}
+
+bool ConfigurationReader::readAlarmText(std::istream& in)
+{
+    AlarmMap.fill(kNoAlarmMapping);
+    std::string line;
+    while (readLine(in, line)) {
+        if (const auto mapping = parseAlarmLine(line)) {
+            AlarmMap[static_cast<std::size_t>(mapping->source)]
+                = static_cast<std::int16_t>(mapping->destination);
+        }
+    }
+    if (in.bad()) {
+        report(RuntimeError::pathFileAccess(), false);
+        return false;
+    }
+    return true;
 }
 
 int ConfigurationReader::report(const RuntimeError& error, bool parameterFile) const

@@ -51,9 +51,14 @@ public:
     // False after a reported failure; AlarmMap then holds what was read before it.
     [[nodiscard]] bool ReadAlarmConfiguration();
 
-private:
     enum class FileKind { Gateway, Cell };
+    // The parsing of readConfig on an open stream: fills the gateway list or node 1, shows the
+    // box of a failure and gives the result code.
+    [[nodiscard]] int parseConfigText(std::istream& in, FileKind kind);
+    // The reading of ReadAlarmConfiguration on an open stream.
+    [[nodiscard]] bool readAlarmText(std::istream& in);
 
+private:
     [[nodiscard]] int parseFile(const std::string& path, FileKind kind);
     void parseLines(std::istream& in, ParameterList& list, FileKind kind);
     void applyDirectoryLevels(clsSMBusParameter& parameter) const;
