@@ -14,6 +14,8 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <termios.h>
 #include <time.h>
 #include <vector>
@@ -209,4 +211,33 @@ TEST(QtSerialPortOpen, MissingOrNonSerialDevicesGiveNoSuchPort)
     port.setCommPort(3);
     EXPECT_EQ(port.setPortOpen(true), zv::platform::kPortErrorNoSuchPort);
     EXPECT_FALSE(port.portOpen());
+}
+
+// A device the user may not open says how to get access. Root may open anything, so the check
+// runs in a child that drops to an ordinary user.
+TEST(QtSerialPortOpen, ADeviceWithoutPermissionSaysHowToGetAccess)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "needs root to drop to a user without access";
+    Pty pty;
+    ASSERT_TRUE(pty.ok());
+    ASSERT_EQ(::chmod(pty.slavePath().c_str(), 0600), 0);
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        constexpr uid_t kNobody = 65534;
+        if (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0)
+            ::_exit(2);
+        zv::platform::MemorySettingsStore store;
+        QtSerialPort port { store };
+        port.setDevice(pty.slavePath());
+        const int result = port.setPortOpen(true);
+        const bool explains = port.errorText().find("'dialout' group") != std::string::npos
+            && port.errorText().find("udev rule") != std::string::npos;
+        ::_exit(result == zv::platform::kPortErrorPermissionDenied && explains ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
 }
