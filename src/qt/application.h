@@ -1,0 +1,48 @@
+#pragma once
+// The application object: it owns the globals, the settings store, the event loop, the dialogs,
+// the application logs and the windows, and hands them down.
+
+#include "core/active_form.h"
+#include "core/app_logs.h"
+#include "core/error_handler.h"
+#include "core/globals.h"
+#include "platform/ini_settings_store.h"
+#include "platform/qt/qt_event_loop.h"
+#include "qt/binder.h"
+#include "qt/main_shell.h"
+#include "qt/qt_dialogs.h"
+
+#include <memory>
+#include <string>
+
+namespace zv::qt {
+
+class Application {
+public:
+    Application();
+    ~Application();
+
+    // Shows the main window; the caller runs the Qt event loop.
+    void start();
+
+    [[nodiscard]] AppGlobals& globals() { return globals_; }
+    [[nodiscard]] AppLogs& logs() { return logs_; }
+    [[nodiscard]] ErrorHandler& errors() { return errors_; }
+
+private:
+    void bindWindow(platform::ui::Window& window);
+    void releaseAll();
+
+    std::string programFolder_;
+    AppGlobals globals_;
+    platform::IniSettingsStore settings_;
+    platform::QtEventLoop loop_;
+    QtDialogs dialogs_;
+    ActiveForm activeForm_;
+    Binder binder_;
+    AppLogs logs_;
+    ErrorHandler errors_;
+    std::unique_ptr<MainShell> mainShell_;
+};
+
+} // namespace zv::qt
