@@ -65,15 +65,6 @@ TEST(KeyedLists, BitLabelsOfAParameterWithoutLabelsAreAnEmptyList)
     EXPECT_EQ(parameter.BitString.Item("OV")->data, "Overvoltage");
 }
 
-TEST(KeyedLists, CommandsKeyedByHexNumber)
-{
-    CommandList commands;
-    commands.Add(1, 0x80, "0x80");
-    EXPECT_EQ(commands.Item("0x80")->CommandNumber, 0x80);
-    EXPECT_EQ(commands.Item("0x80")->DataType, 1);
-    EXPECT_THROW(commands.Add(0, 0x80, "0x80"), RuntimeError);
-}
-
 TEST(NodeList, MissingNodeIsNothingAndANewNodeHasNoParameters)
 {
     NodeList nodes;
