@@ -1,0 +1,31 @@
+#pragma once
+// When characters have crossed a serial line: 10 bits a character (start, 8 data, stop) at the
+// line's baud rate, one character after the other. Without pacing everything is due at once.
+
+#include <cstddef>
+#include <cstdint>
+
+namespace zvsim {
+
+class WirePacer {
+public:
+    explicit WirePacer(bool enabled)
+        : enabled_(enabled)
+    {
+    }
+
+    // The time in microseconds that count characters need at baud.
+    [[nodiscard]] static std::int64_t wireTimeUs(std::size_t count, int baud);
+
+    // The host handed inChars characters to the line at nowMs; the answer of outChars goes out
+    // after them, and after any earlier answer still on the line. Returns the millisecond at
+    // which its last character has arrived.
+    [[nodiscard]] std::int64_t replyDueMs(
+        std::int64_t nowMs, std::size_t inChars, std::size_t outChars, int baud);
+
+private:
+    bool enabled_;
+    std::int64_t lineFreeUs_ = 0;
+};
+
+} // namespace zvsim
