@@ -1,0 +1,22 @@
+#pragma once
+// How a file larger than one transfer is split: records per part from the record size and the
+// file's FileMaxBytes, the short last part.
+
+#include "device_files/directory_element.h"
+
+#include <vector>
+
+namespace zv {
+
+struct FilePart {
+    int offset = 0; // first record
+    int count = 0; // records
+};
+
+// The parts GetFile reads (record size FileSize / FileLength). One part of the whole file
+// when it fits in one transfer.
+[[nodiscard]] std::vector<FilePart> readParts(const clsDirectoryElements& entry);
+// The parts PutFile writes (record size FileChunk); byteOffset of part i is i * FileMaxBytes.
+[[nodiscard]] std::vector<FilePart> writeParts(const clsDirectoryElements& entry);
+
+} // namespace zv

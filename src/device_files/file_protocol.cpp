@@ -1,0 +1,335 @@
+#include "device_files/file_protocol.h"
+
+#include "device_files/file_status.h"
+#include "link/cellweft_events.h"
+#include "link/dongle_link.h"
+#include "link/hlk_text.h"
+#include "link/smbus_transactions.h"
+#include "platform/dialogs.h"
+#include "platform/event_loop.h"
+
+#include <algorithm>
+
+namespace zv {
+
+namespace {
+
+constexpr int kAttempts = 11; // a step gives up after the eleventh attempt
+constexpr int kExtraBytePauseMs = 250;
+constexpr int kIdlePauseMs = 10;
+constexpr int kResetRounds = 16;
+constexpr int kResetRoundMs = 1000;
+const std::string kStatusLine = "/*T~3D\r/R3\r";
+const std::string kReadLine = "/*T~3F\r/R~00\r";
+constexpr std::size_t kMrcFirstPair = 5; // "/MRC~" then the first pair
+constexpr std::size_t kMrcPairStride = 3;
+
+std::string toHex(const std::vector<std::uint8_t>& bytes)
+{
+    std::string text;
+    text.reserve(bytes.size() * 2);
+    for (const auto b : bytes)
+        text += ByteToHex(b);
+    return text;
+}
+
+std::optional<std::uint8_t> mrcPair(const std::string& reply, std::size_t index)
+{
+    const auto at = reply.find("/MRC");
+    if (at == std::string::npos)
+        return std::nullopt;
+    return hlk::hexPairAt(reply, at + kMrcFirstPair + index * kMrcPairStride);
+}
+
+} // namespace
+
+FileProtocol::FileProtocol(FileProtocolServices services, FileProtocolSettings settings)
+    : s_(std::move(services))
+    , settings_(settings)
+{
+}
+
+std::vector<std::uint8_t> FileProtocol::requestBlock(const FileRequest& r) const
+{
+    return { static_cast<std::uint8_t>(r.access), static_cast<std::uint8_t>(r.file),
+        static_cast<std::uint8_t>(r.offset & 0xFF), static_cast<std::uint8_t>((r.offset >> 8) & 0xFF),
+        static_cast<std::uint8_t>(r.count & 0xFF), static_cast<std::uint8_t>((r.count >> 8) & 0xFF) };
+}
+
+bool FileProtocol::sendWithRetries(const std::string& line, const std::string& expected, int segments,
+    const char* stepName, std::string& reply)
+{
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        if (s_.link.i2c_send_receive(line, expected, reply, segments))
+            return true;
+        if (s_.breakOnError)
+            s_.dialogs.messageBox(
+                std::string("Function ") + stepName + " did not receive the expected response",
+                platform::Buttons::OK, platform::Icon::Exclamation, "Debug Breakpoint Active");
+    }
+    if (s_.reInit)
+        (void)s_.reInit();
+    return false;
+}
+
+void FileProtocol::noResponse()
+{
+    s_.dialogs.messageBox(
+        "No response from hardware.", platform::Buttons::OK, platform::Icon::Critical, "Communication error");
+}
+
+bool FileProtocol::report(int status, int file)
+{
+    const auto verdict = CheckFileStatus(status);
+    if (verdict.message)
+        s_.events.FileAccessStatus(*verdict.message, file);
+    if (s_.breakOnError && status != 0 && !verdict.busy)
+        s_.dialogs.messageBox("Error: " + std::to_string(status), platform::Buttons::OK,
+            platform::Icon::Exclamation, "File Access Error");
+    return verdict.good;
+}
+
+FileProtocol::Status FileProtocol::FileStatusOnly(const char* stepName)
+{
+    std::string reply;
+    if (!sendWithRetries(kStatusLine, "", 2, stepName, reply))
+        return {};
+    const auto status = mrcPair(reply, 0);
+    const auto extra = mrcPair(reply, 1);
+    if (!status || !extra) {
+        noResponse();
+        return {};
+    }
+    return { true, *status, *extra };
+}
+
+FileProtocol::Status FileProtocol::waitWhileBusy(int file, int pauseMs, const char* stepName)
+{
+    const auto deadline = s_.loop.milliseconds() + settings_.busyLimitMs;
+    for (;;) {
+        const auto st = FileStatusOnly(stepName);
+        if (!st.ok || st.status != kFileStatusBusy)
+            return st;
+        if (s_.loop.milliseconds() >= deadline) {
+            s_.events.FileAccessStatus(kBusyTooLongMessage, file);
+            return {};
+        }
+        s_.loop.sleep(pauseMs);
+        s_.loop.processEvents();
+    }
+}
+
+FileProtocol::Status FileProtocol::FileStatus(const FileRequest& request)
+{
+    const auto block = requestBlock(request);
+    std::string line = request.usePec ? hlk::writeBlock(s_.link.SMBusWriteAddress, smbus::kFileAccess, block)
+                                      : hlk::writeRaw(std::vector<std::uint8_t> { smbus::kFileAccess, 6 });
+    if (!request.usePec)
+        line.insert(line.size() - 1, [&] {
+            std::string tail;
+            for (const auto b : block)
+                tail += ByteToTildeHex(b);
+            return tail;
+        }());
+    line += "\r";
+
+    const auto deadline = s_.loop.milliseconds() + settings_.busyLimitMs;
+    for (;;) {
+        std::string reply;
+        if (!sendWithRetries(line, "/MTC", 1, "FileStatus", reply))
+            return {};
+        s_.loop.sleep(settings_.T_cmd_to_sts);
+        Status st;
+        for (int attempt = 0; attempt < kAttempts; ++attempt) {
+            std::string statusReply;
+            if (s_.link.i2c_send_receive(kStatusLine, "", statusReply, 2)) {
+                const auto status = mrcPair(statusReply, 0);
+                const auto extra = mrcPair(statusReply, 1);
+                if (!status || !extra) {
+                    noResponse();
+                    return {};
+                }
+                st = { true, *status, *extra };
+                if (st.status != kFileStatusBusy)
+                    return st;
+            } else {
+                st = {};
+                if (s_.breakOnError)
+                    s_.dialogs.messageBox("Function FileStatus did not receive the expected response",
+                        platform::Buttons::OK, platform::Icon::Exclamation, "Debug Breakpoint Active");
+            }
+            s_.loop.sleep(settings_.T_cmd_to_sts);
+        }
+        if (!st.ok) {
+            if (s_.reInit)
+                (void)s_.reInit();
+            return {};
+        }
+        // Still busy after every attempt: the request goes again, within the busy bound.
+        if (s_.loop.milliseconds() >= deadline) {
+            s_.events.FileAccessStatus(kBusyTooLongMessage, request.file);
+            return {};
+        }
+    }
+}
+
+bool FileProtocol::FileRead(std::vector<std::uint8_t>& data)
+{
+    std::string reply;
+    if (!sendWithRetries(kReadLine, "", 2, "FileRead", reply))
+        return false;
+    const auto count = mrcPair(reply, 0);
+    if (!count) {
+        noResponse();
+        return false;
+    }
+    data.clear();
+    if (*count == 0) {
+        if (s_.reInit)
+            (void)s_.reInit();
+        return true;
+    }
+    for (std::size_t i = 1; i <= *count; ++i) {
+        const auto b = mrcPair(reply, i);
+        if (!b) {
+            noResponse();
+            return false;
+        }
+        data.push_back(*b);
+    }
+    return true;
+}
+
+FileProtocol::Status FileProtocol::FileWrite(std::span<const std::uint8_t> data, int extra, int writeWait)
+{
+    std::string reply;
+    const auto line = hlk::writeBlock(s_.link.SMBusWriteAddress, smbus::kFileWrite, data);
+    if (!sendWithRetries(line, "/MTC", 1, "FileWrite", reply))
+        return {};
+    if (writeWait != 0) {
+        s_.loop.sleep(writeWait);
+        return { true, -1, extra };
+    }
+    if (extra == 1)
+        s_.loop.sleep(kExtraBytePauseMs);
+    return waitWhileBusy(-1, settings_.T_sts_to_sts, "FileWrite");
+}
+
+FileReply FileProtocol::demoRequest(const FileRequest& request) const
+{
+    FileReply reply;
+    reply.ok = true;
+    if (request.access == 0) {
+        const auto key = request.file == 0 ? "Dir" + std::to_string(request.offset)
+                                           : "File" + std::to_string(request.file);
+        reply.text = s_.demo(key);
+        reply.ok = !reply.text.empty();
+    }
+    return reply;
+}
+
+FileReply FileProtocol::FileAccessRequest(const FileRequest& request)
+{
+    if (s_.demo)
+        return demoRequest(request);
+
+    // Step 1: the device must not be busy; a bad status here answers an earlier request.
+    const auto idle = waitWhileBusy(request.file, settings_.T_sts_to_sts, "FileStatusOnly");
+    if (!idle.ok)
+        return {};
+    (void)report(idle.status, request.file);
+
+    // Step 2: the request and the status that answers it.
+    const auto accepted = FileStatus(request);
+    if (!accepted.ok || !report(accepted.status, request.file))
+        return { false, {}, accepted.status, accepted.extra };
+    if (request.statusOnly)
+        return { true, {}, accepted.status, accepted.extra };
+
+    if (request.access == 0) {
+        std::vector<std::uint8_t> data;
+        if (!FileRead(data))
+            return {};
+        return { true, toHex(data), accepted.status, accepted.extra };
+    }
+    if (request.blockSize != 0)
+        return blockMode(request, accepted.extra);
+
+    const auto written = FileWrite(request.data, accepted.extra, request.writeWait);
+    if (!written.ok)
+        return {};
+    const int finalStatus = request.writeWait != 0 ? accepted.status : written.status;
+    if (finalStatus != 0)
+        s_.dialogs.notify("Write Status",
+            "The status code of the write operation did not return OK.\nPlease retry the last "
+            "operation. If this problem persists, please contact Norvale Systems\nStatus Code: "
+                + std::to_string(finalStatus),
+            platform::Icon::Exclamation);
+    return { true, {}, finalStatus, written.extra };
+}
+
+FileReply FileProtocol::blockMode(const FileRequest& request, int extra)
+{
+    const int blocks = request.count;
+    const auto blockBytes = static_cast<std::size_t>(settings_.MAX_BLOCK_TRANSFER);
+    Status last { true, 0, extra };
+    bool allSent = true;
+    for (int i = 0; i < blocks; ++i) {
+        if (blocks > 1)
+            s_.events.FirmwareDownloadStatus(i * 100 / (blocks - 1),
+                "Downloading block " + std::to_string(i + 1) + " of " + std::to_string(blocks));
+        const auto from = std::min(request.data.size(), static_cast<std::size_t>(i) * blockBytes);
+        const auto to = std::min(request.data.size(), from + blockBytes);
+        last = FileWrite(std::span(request.data).subspan(from, to - from), last.extra, 0);
+        if (!last.ok) {
+            allSent = false;
+            break;
+        }
+    }
+    if (!allSent) {
+        s_.events.FirmwareDownloadComplete(false);
+    } else if (last.status == kFileStatusImageAccepted) {
+        s_.events.FirmwareDownloadComplete(true);
+    } else {
+        s_.events.FirmwareDownloadStatus(0,
+            last.status == kFileStatusCrcError
+                ? "CRC error"
+                : "Error: 0x" + ByteToHex(static_cast<std::uint8_t>(last.status)));
+        s_.events.FirmwareDownloadComplete(false);
+    }
+    resetWait();
+    return { allSent, {}, last.status, last.extra };
+}
+
+void FileProtocol::resetWait()
+{
+    for (int round = 1; round <= kResetRounds; ++round) {
+        s_.loop.wait(kResetRoundMs);
+        const int percent = round * 100 / kResetRounds;
+        s_.events.FirmwareDownloadStatus(
+            percent, "Please wait while the hardware resets. " + std::to_string(percent) + "% Complete");
+    }
+}
+
+bool FileProtocol::waitUntilIdle()
+{
+    if (s_.demo)
+        return true;
+    s_.loop.sleep(kIdlePauseMs);
+    return waitWhileBusy(-1, settings_.T_sts_to_sts, "FileStatusOnly").ok;
+}
+
+bool FileProtocol::WriteCommandFile(const std::string& commandHex, int writeWait)
+{
+    FileRequest request;
+    request.access = 1;
+    request.file = 27;
+    request.offset = 0;
+    request.count = 2;
+    request.writeWait = writeWait;
+    for (std::size_t i = 0; i + 1 < commandHex.size(); i += 2)
+        request.data.push_back(static_cast<std::uint8_t>(std::stoi(commandHex.substr(i, 2), nullptr, 16)));
+    return FileAccessRequest(request).ok;
+}
+
+} // namespace zv

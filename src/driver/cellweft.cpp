@@ -1,0 +1,124 @@
+#include "driver/cellweft.h"
+
+#include "core/globals.h"
+#include "core/settings_table.h"
+#include "core/val.h"
+#include "link/cellweft_events.h"
+#include "platform/event_loop.h"
+
+namespace zv {
+
+namespace {
+
+constexpr int kReInitPauseMs = 1000;
+
+int settingNumber(const platform::SettingsStore& store, std::string_view name, const std::string& folder)
+{
+    return static_cast<int>(Val(readSetting(store, name, folder)));
+}
+
+FileProtocolSettings fileSettings(const platform::SettingsStore& store, const std::string& folder)
+{
+    FileProtocolSettings settings;
+    settings.T_cmd_to_sts = settingNumber(store, "T_cmd_to_sts", folder);
+    settings.T_sts_to_sts = settingNumber(store, "T_sts_to_sts", folder);
+    settings.MAX_BLOCK_TRANSFER = settingNumber(store, "MAX_BLOCK_TRANSFER", folder);
+    return settings;
+}
+
+} // namespace
+
+clsCellWeft::clsCellWeft(CellWeftServices services, CellWeftEvents& events)
+    : Link(DongleLinkServices { services.port, services.loop, events, services.modemLog, services.logEvent,
+        [this](int word) { MapAlarmsToStatus(word); }, services.activeWindow,
+        services.globals.gBreakOnError ? &services.dialogs : nullptr })
+    , Bus(Link, services.loop, events)
+    , Conversion(services.dialogs, NumberLocale { services.globals.gDecimalSep })
+    , Config(services.dialogs, GatewayParameters, nodes, Directory.DirectoryElements)
+    , Files(FileProtocolServices { Link, services.loop, events, services.dialogs,
+                [this] { return SMBus_ReInit(); }, services.globals.gBreakOnError, services.demo },
+          fileSettings(services.settings, services.programFolder))
+    , Transfer(Files, Directory, GatewayParameters, nodes, Conversion, services.globals.gDemo)
+    , Parameters(ParameterAccessServices { Transfer, Files, Directory, GatewayParameters, nodes, Conversion,
+          events, services.dialogs, [this](std::uint8_t command) { return Bus.SMBus_ReadBlock(command); },
+          services.readWriteLog, services.splashStatus, services.mainWindowActive })
+    , s_(std::move(services))
+    , events_(events)
+{
+    Link.SMBusWriteAddress = s_.globals.SMBusWriteAddress ? s_.globals.SMBusWriteAddress : 0x16;
+    Link.BaudIndex = s_.globals.settings.Baud;
+    Link.ClockIndex = s_.globals.settings.Clock;
+    Link.SMBusCommPort = s_.globals.settings.CommPort;
+    Parameters.display.TemperatureUnits = s_.globals.settings.TemperatureUnits;
+    Parameters.display.locale = NumberLocale { s_.globals.gDecimalSep };
+    Config.locale = Parameters.display.locale;
+    Config.packParameterMode = s_.globals.gAltConfigPrompt;
+}
+
+int clsCellWeft::SMBus_Init()
+{
+    return Link.SMBus_Init();
+}
+
+bool clsCellWeft::GetScaling()
+{
+    if (!Bus.GetScaling())
+        return false;
+    Parameters.display.VScale = Bus.scaling().VScale;
+    Parameters.display.IPScale = Bus.scaling().IPScale;
+    Parameters.display.CapacityMode = Bus.scaling().CapacityMode;
+    return true;
+}
+
+bool clsCellWeft::GetDir(const DemoCapture& capture)
+{
+    const bool ok = Directory.GetDir(Files, events_, capture);
+    if (ok)
+        Parameters.CountParametersPerFile();
+    return ok;
+}
+
+int clsCellWeft::readConfig(int which)
+{
+    const int result = Config.readConfig(which);
+    Parameters.CountParametersPerFile();
+    return result;
+}
+
+bool clsCellWeft::reInit(bool quiet)
+{
+    if (s_.globals.gDemo)
+        return false;
+    const auto info = [&](const std::string& text) {
+        if (!quiet && s_.infoStatus && s_.mainWindowActive && s_.mainWindowActive())
+            s_.infoStatus(text);
+    };
+    Link.ResetHLK();
+    if (!Link.ConfigureHLK()) {
+        info("Lost of communications between the PC and Dongle");
+        return false;
+    }
+    if (Bus.UnlockDevice() != 0)
+        info("The dongle was detected but the hardware is not responding. Error: Unlock failed.");
+    if (!Bus.EnableUlmarCommandSet())
+        info("The dongle was detected but the hardware is not responding. Error: Enabling command set "
+             "failed.");
+    if (s_.mainWindowActive && s_.mainWindowActive() && s_.linkRecovered)
+        s_.linkRecovered();
+    return true;
+}
+
+bool clsCellWeft::SMBus_ReInit()
+{
+    if (s_.globals.gDemo)
+        return false;
+    s_.loop.wait(kReInitPauseMs);
+    return reInit(false);
+}
+
+bool clsCellWeft::SMBus_ReInit2()
+{
+    return reInit(true);
+}
+
+} // namespace zv

@@ -1,0 +1,51 @@
+#pragma once
+// Whole device files: reading in parts where a file is larger than one transfer, spreading a
+// file's text over the parameters that live in it, and writing whole files.
+
+#include "device_files/file_protocol.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zv {
+
+class oDirectory;
+class ParameterList;
+class NodeList;
+class ValueConversion;
+class clsSMBusParameter;
+class clsDirectoryElements;
+
+// Files that hold one section per node.
+[[nodiscard]] bool isPerNodeFile(int fileNumber);
+
+class FileTransfer {
+public:
+    FileTransfer(FileProtocol& files, oDirectory& directory, ParameterList& gateway, NodeList& nodes,
+        const ValueConversion& conversion, const bool& demo);
+
+    // Reads file `file` whole (in parts where needed). Empty optional on failure.
+    [[nodiscard]] std::optional<std::string> readFile(int file);
+    // Reads the file and gives its parameters their values.
+    [[nodiscard]] bool GetFile(int file, std::string& text);
+    // Writes the whole file from its bytes, in parts where needed.
+    [[nodiscard]] bool PutFile(int file, const std::vector<std::uint8_t>& data);
+
+    // Cuts the parameter's place out of its file's text into `value` and clears NewValue.
+    void applyValue(clsSMBusParameter& parameter, const std::string& fileText, int baseElement = 0) const;
+    // Gives every gateway parameter of the file, and for per-node files every node, its value.
+    void spreadValues(int file, const std::string& text) const;
+    // Elements of one node's section of a per-node file.
+    [[nodiscard]] int sectionElements(int file) const;
+
+private:
+    FileProtocol& files_;
+    oDirectory& directory_;
+    ParameterList& gateway_;
+    NodeList& nodes_;
+    const ValueConversion& conversion_;
+    const bool& demo_;
+};
+
+} // namespace zv

@@ -1,0 +1,210 @@
+// The driver against the in-process pack simulator on the virtual clock.
+
+#include "device_files/file_status.h"
+#include "support/sim_harness.h"
+
+#include <gtest/gtest.h>
+
+using namespace zv;
+
+namespace {
+
+std::string configFolder(const std::string& target)
+{
+    return test::programFolder() + "/Configuration Files/" + target + "/";
+}
+
+class DriverTest : public ::testing::Test {
+protected:
+    explicit DriverTest(zvsim::PackOptions options = {})
+        : sim(options)
+    {
+    }
+
+    // Link up, command set open, directory and configuration read: what start-up does.
+    void connect(const std::string& target = "ZK9460")
+    {
+        auto& d = sim.driver();
+        ASSERT_EQ(d.SMBus_Init(), 0);
+        ASSERT_EQ(d.Bus.UnlockDevice(), 0);
+        ASSERT_TRUE(d.Bus.EnableUlmarCommandSet());
+        ASSERT_TRUE(d.GetScaling());
+        ASSERT_TRUE(d.GetDir());
+        d.Config.GatewayConfigFileName = configFolder(target) + target + "_Master.cfg";
+        d.Config.NodeConfigFileName = configFolder(target) + target + "_Cell.cfg";
+        ASSERT_EQ(d.readConfig(1), 0);
+        ASSERT_TRUE(d.RebuildLAN(true));
+        ASSERT_LE(d.readConfig(2), 2);
+        d.Parameters.UserAccessLevel = d.Bus.GetAccessLevel();
+    }
+
+    std::vector<std::string> fileMessages;
+    test::SimHarness sim;
+};
+
+TEST_F(DriverTest, IdentifiesTheTargetOverTheDongle)
+{
+    auto& d = sim.driver();
+    ASSERT_EQ(d.SMBus_Init(), 0);
+    EXPECT_EQ(d.Bus.GetHardwareState(), 0);
+    EXPECT_EQ(d.Bus.UnlockDevice(), 0);
+    EXPECT_TRUE(d.Bus.EnableUlmarCommandSet());
+    EXPECT_EQ(d.Bus.GetTargetID(), 0x1001);
+    EXPECT_EQ(d.Bus.GetAccessLevel(), 3);
+    EXPECT_TRUE(d.GetScaling());
+}
+
+TEST_F(DriverTest, ReadsTheDirectoryWithoutTheErrorEntry)
+{
+    connect();
+    const auto& dir = sim.driver().Directory.DirectoryElements;
+    EXPECT_EQ(dir.Count(), 40) << "files 0 to 39; the entry named Error is left out";
+    EXPECT_EQ(dir.fileEntry(27)->FileName, "Command");
+    for (const auto& entry : dir)
+        EXPECT_NE(entry.FileName, "Error");
+}
+
+TEST_F(DriverTest, ReadsTheWholeModelAndSpreadsPerNodeFiles)
+{
+    connect();
+    auto& d = sim.driver();
+    EXPECT_EQ(d.nodes.Count(), 8);
+    ASSERT_TRUE(d.GetAllValues());
+    const auto* expected = d.GatewayParameters.FindByName("Expected Number Of Cells");
+    ASSERT_TRUE(expected->value.isNumber());
+    EXPECT_EQ(expected->value.number(), 8);
+
+    std::string text;
+    ASSERT_TRUE(d.GetFile(4, text));
+    for (int n = 1; n <= d.nodes.Count(); ++n) {
+        const auto* voltage = d.nodes.Item(n)->NodeParameters.FindByName("Voltage");
+        ASSERT_TRUE(voltage->value.isNumber()) << "node " << n;
+        EXPECT_GT(voltage->value.number(), 2500) << "node " << n;
+        EXPECT_LT(voltage->value.number(), 4500) << "node " << n;
+    }
+}
+
+TEST_F(DriverTest, FilesLargerThanOneTransferAreReadInParts)
+{
+    connect();
+    auto& d = sim.driver();
+    const auto* entry = d.Directory.DirectoryElements.fileEntry(37);
+    ASSERT_GT(entry->FileSize, entry->FileMaxBytes);
+    std::string text;
+    ASSERT_TRUE(d.GetFile(37, text));
+    EXPECT_EQ(text.size(), entry->FileSize * 2);
+}
+
+TEST_F(DriverTest, WritesACelsiusTemperatureAsKelvinAndMarksTheCommit)
+{
+    connect();
+    auto& d = sim.driver();
+    auto* limit = d.GatewayParameters.FindByName("Over Temperature Limit");
+    ASSERT_NE(limit, nullptr);
+    limit->NewValue = DynamicValue(60.0);
+    EXPECT_FALSE(d.Parameters.ParametersWritten);
+    ASSERT_TRUE(d.WriteParameter("Over Temperature Limit", 0));
+    EXPECT_TRUE(d.Parameters.ParametersWritten) << "the file needs the commit command";
+    EXPECT_TRUE(limit->NewValue.isEmpty());
+    ASSERT_TRUE(d.ReadParameter("Over Temperature Limit", 0));
+    EXPECT_DOUBLE_EQ(limit->value.number(), 333.0)
+        << "60 degrees Celsius go to the device as 3330 tenths of a kelvin";
+    EXPECT_EQ(sim.readWriteLines.back(), "Read Parameter: Over Temperature Limit  333");
+}
+
+TEST_F(DriverTest, StatusOfAnEarlierRequestIsReportedButDoesNotStopTheNext)
+{
+    connect();
+    auto& d = sim.driver();
+    sim.main().hooks.fileAccessStatus = [this](const std::string& m, int) { fileMessages.push_back(m); };
+    FileRequest missing;
+    missing.file = 200;
+    EXPECT_FALSE(d.FileAccessRequest(missing).ok) << "status 4 answering the request ends it";
+    ASSERT_EQ(fileMessages.size(), 1u);
+    EXPECT_EQ(fileMessages[0], "This file number doesn't exist");
+
+    FileRequest state;
+    state.file = 5;
+    state.count = static_cast<int>(d.Directory.DirectoryElements.fileEntry(5)->FileLength());
+    const auto reply = d.FileAccessRequest(state);
+    EXPECT_TRUE(reply.ok) << "the same status left behind is only reported";
+    EXPECT_EQ(fileMessages.size(), 2u);
+}
+
+TEST_F(DriverTest, SmbusErrorCodesInTheStatusGoOutAndTheTransferGoesOn)
+{
+    connect();
+    auto& d = sim.driver();
+    sim.main().hooks.fileAccessStatus = [this](const std::string& m, int) { fileMessages.push_back(m); };
+    sim.pack->faults().forcedStatus = 0x85;
+    FileRequest state;
+    state.file = 5;
+    state.count = 1;
+    const auto reply = d.FileAccessRequest(state);
+    EXPECT_TRUE(reply.ok);
+    EXPECT_EQ(reply.text.size(), 4u);
+    ASSERT_FALSE(fileMessages.empty());
+    EXPECT_EQ(fileMessages[0], "SMBus error code 0x0085");
+}
+
+TEST_F(DriverTest, BusyDeviceIsWaitedForWithinABound)
+{
+    connect();
+    auto& d = sim.driver();
+    sim.pack->faults().busyPolls = 5;
+    std::string text;
+    EXPECT_TRUE(d.GetFile(5, text));
+
+    sim.main().hooks.fileAccessStatus = [this](const std::string& m, int) { fileMessages.push_back(m); };
+    sim.pack->faults().busyPolls = 1000000;
+    const auto start = sim.loop.milliseconds();
+    EXPECT_FALSE(d.GetFile(5, text));
+    EXPECT_LT(sim.loop.milliseconds() - start, 60000) << "a device that stays busy is given up";
+    ASSERT_FALSE(fileMessages.empty());
+    EXPECT_EQ(fileMessages.back(), kBusyTooLongMessage);
+}
+
+TEST_F(DriverTest, RebuildWithMatchingCellCountsSendsNoCommand)
+{
+    connect();
+    auto& d = sim.driver();
+    auto* rebuilds = d.GatewayParameters.FindByName("Number of CellWeft rebuilds");
+    std::string text;
+    ASSERT_TRUE(d.GetFile(rebuilds->FileNumber, text));
+    const auto before = rebuilds->value;
+    ASSERT_TRUE(d.RebuildLAN(false));
+    EXPECT_TRUE(d.Parameters.gCellsMatch);
+    ASSERT_TRUE(d.GetFile(rebuilds->FileNumber, text));
+    EXPECT_EQ(rebuilds->value, before);
+}
+
+TEST_F(DriverTest, AlarmBroadcastReachesTheStatusThroughTheAlarmMap)
+{
+    connect();
+    auto& d = sim.driver();
+    d.Parameters.AlarmMap.fill(-1);
+    d.Parameters.AlarmMap[12] = 3;
+    int received = -1;
+    sim.main().hooks.broadcastAlarm = [&](int word) { received = word; };
+    EXPECT_EQ(d.MapAlarmsToStatus(0x1000), 8);
+    EXPECT_EQ(received, 8);
+    EXPECT_EQ(d.GatewayParameters.FindByName("Status")->value.number(), 8);
+}
+
+TEST_F(DriverTest, DemoModeReadsFromTheCaptureWithoutTraffic)
+{
+    sim.globals.gDemo = true;
+    CellWeftServices services { sim.port, sim.loop, sim.dialogs, sim.settings, sim.globals,
+        test::programFolder() };
+    services.demo = [](const std::string& key) { return key == "Dir0" ? std::string("AB") : std::string(); };
+    clsMain demo(std::move(services), sim.dialogs);
+    FileRequest dir;
+    EXPECT_EQ(demo.CellWeft().FileAccessRequest(dir).text, "AB");
+    dir.file = 9;
+    EXPECT_FALSE(demo.CellWeft().FileAccessRequest(dir).ok) << "a file missing from the capture";
+    dir.access = 1;
+    EXPECT_TRUE(demo.CellWeft().FileAccessRequest(dir).ok) << "writes succeed and change nothing";
+    EXPECT_TRUE(sim.port.written().empty());
+}
+
+} // namespace
