@@ -1,13 +1,9 @@
 // zentavia-packsim: a simulated pack served as an HLK dongle on a pseudo-terminal and/or as a USB
 // adapter on a Unix socket, until SIGINT or SIGTERM.
 
-#include "device/pack.h"
 #include "frontends/hex_bytes.h"
-#include "frontends/hlk_dongle.h"
-#include "frontends/pty_frontend.h"
-#include "frontends/serve_loop.h"
-#include "frontends/usb_socket_server.h"
 #include "packsim/packsim_options.h"
+#include "packsim/packsim_session.h"
 
 #include <chrono>
 #include <csignal>
@@ -51,8 +47,7 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "zentavia-packsim: %s\n", parsed.error.c_str());
         return 2;
     }
-    const zvsim::PackSimOptions& options = parsed.options;
-    if (options.help) {
+    if (parsed.options.help) {
         std::fputs(zvsim::packSimUsage().c_str(), stdout);
         return 0;
     }
@@ -62,57 +57,24 @@ int main(int argc, char** argv)
         return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start)
             .count();
     };
-
-    auto pack = zvsim::makePack(options.pack);
-    pack->setFaults(options.faults.device);
-    std::fputs(zvsim::describePack(options).c_str(), stdout);
-
-    zvsim::HlkOptions dongleOptions;
-    dongleOptions.faults = options.faults.link;
-    dongleOptions.seed = options.pack.seed;
-    dongleOptions.anyBaud = options.anyBaud;
-    zvsim::HlkDongle dongle(*pack, dongleOptions);
-    zvsim::PtyFrontEnd pty(dongle, options.wirePacing);
-    zvsim::UsbAdapter usb(*pack, { options.faults.link, options.pack.seed + 1u, 0 });
-    zvsim::UsbSocketServer usbServer(usb);
-    std::vector<zvsim::Servable*> servables;
-
-    if (options.pty) {
-        if (const auto error = pty.open(); !error.empty()) {
-            std::fprintf(stderr, "zentavia-packsim: %s\n", error.c_str());
-            return 1;
-        }
-        if (!options.link.empty())
-            if (const auto error = pty.makeLink(options.link); !error.empty()) {
-                std::fprintf(stderr, "zentavia-packsim: %s\n", error.c_str());
-                return 1;
-            }
-        std::printf("  HLK dongle on %s%s%s\n", pty.devicePath().c_str(),
-            options.link.empty() ? "" : " linked as ", options.link.c_str());
-        if (options.trace)
-            dongle.setTrace(printingTrace("pty", nowMs));
-        servables.push_back(&pty);
+    zvsim::PackSimSession session(parsed.options, nowMs);
+    if (const auto error = session.start(); !error.empty()) {
+        std::fprintf(stderr, "zentavia-packsim: %s\n", error.c_str());
+        return 1;
     }
-    if (!options.usbSocket.empty()) {
-        if (const auto error = usbServer.listen(options.usbSocket); !error.empty()) {
-            std::fprintf(stderr, "zentavia-packsim: %s\n", error.c_str());
-            return 1;
-        }
-        std::printf("  USB adapter on %s\n", options.usbSocket.c_str());
-        if (options.trace)
-            usbServer.setTrace(printingTrace("usb", nowMs));
-        servables.push_back(&usbServer);
-    }
+    if (parsed.options.trace)
+        session.setTrace([&](const char* channel) { return printingTrace(channel, nowMs); });
+    std::fputs((zvsim::describePack(parsed.options) + session.whereItAnswers()).c_str(), stdout);
     std::printf("Running; stop with Ctrl-C.\n");
     std::fflush(stdout);
 
     installStopHandlers();
     while (!stopRequested) {
-        if (!zvsim::serveOnce(servables, nowMs, 100)) {
+        if (!session.serveOnce(100)) {
             std::perror("zentavia-packsim: poll");
             return 1;
         }
-        if ((options.pty && !pty.isOpen()) || (!options.usbSocket.empty() && !usbServer.isOpen())) {
+        if (session.pulled()) {
             std::printf("The pack has been pulled: its front ends are closed.\n");
             return 0;
         }

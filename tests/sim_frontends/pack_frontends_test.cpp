@@ -1,0 +1,161 @@
+// The front ends in front of the real pack: a host's start-up over the dongle, PEC both ways, and
+// a zentavia-packsim session whose device faults reach the pack.
+
+#include "device/pack.h"
+#include "device/pec.h"
+#include "frontends/hex_bytes.h"
+#include "frontends/inprocess_endpoint.h"
+#include "packsim/packsim_session.h"
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstring>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+namespace zvsim {
+namespace {
+
+std::string wordWrite(
+    std::uint8_t command, std::uint16_t word, std::optional<std::uint8_t> pec = std::nullopt)
+{
+    const auto low = static_cast<std::uint8_t>(word & 0xFF);
+    const auto high = static_cast<std::uint8_t>(word >> 8);
+    const std::uint8_t bytes[] = { command, low, high, pec.value_or(smbusPec({ 0x16, command, low, high })) };
+    return "/T" + tildeHex(bytes) + "\r";
+}
+
+class DongleOnPackTest : public ::testing::Test {
+protected:
+    std::string send(std::string_view bytes)
+    {
+        replies.clear();
+        endpoint.write(bytes);
+        return replies;
+    }
+    // The word of a read of command, after checking the PEC the pack gave.
+    std::optional<std::uint16_t> readWord(std::uint8_t command)
+    {
+        const std::string reply = send("/*T~" + hexByte(command) + "\r/R3\r");
+        const auto at = reply.find("/MRC");
+        if (at == std::string::npos)
+            return std::nullopt;
+        const auto bytes = parseTildeHex(std::string_view(reply).substr(at + 4, 9));
+        if (!bytes || smbusPec({ 0x16, command, 0x17, (*bytes)[0], (*bytes)[1] }) != (*bytes)[2])
+            return std::nullopt;
+        return static_cast<std::uint16_t>((*bytes)[0] | (*bytes)[1] << 8);
+    }
+
+    std::unique_ptr<Pack> pack = makePack(PackOptions {});
+    std::int64_t clockMs = 0;
+    std::string replies;
+    InProcessEndpoint endpoint { *pack, [this] { return clockMs; },
+        [this](std::string bytes, std::int64_t) { replies += bytes; } };
+};
+
+TEST_F(DongleOnPackTest, HostStartUpFindsTheTarget)
+{
+    EXPECT_EQ(send("\x12\x12\x12/F1\r/K2\r/I10\r/D16\r/G0\r/O\r"), "*****/OCC\r\n*");
+    EXPECT_EQ(send(wordWrite(0x00, 0x6E21)), "/MTC\r\n*");
+    EXPECT_EQ(send(wordWrite(0x00, 0x7A3C)), "/MTC\r\n*");
+    EXPECT_EQ(send(wordWrite(0x00, 0xC01B)), "/MTC\r\n*");
+    EXPECT_EQ(readWord(0x00), 0x1001);
+}
+
+TEST_F(DongleOnPackTest, PecIsCheckedOnWritesAndGivenOnReads)
+{
+    (void)send("/O\r");
+    const std::uint8_t good = smbusPec({ 0x16, 0x09, 0x34, 0x12 });
+    EXPECT_EQ(send(wordWrite(0x09, 0x1234, static_cast<std::uint8_t>(good ^ 0x01))), "/SNA\r\n*");
+    EXPECT_EQ(send(wordWrite(0x09, 0x1234)), "/MTC\r\n*");
+    EXPECT_TRUE(readWord(0x1A).has_value()) << "the scaling word comes with a good PEC";
+}
+
+std::int64_t steadyMs()
+{
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+class SessionTest : public ::testing::Test {
+protected:
+    void TearDown() override
+    {
+        if (client >= 0)
+            ::close(client);
+    }
+
+    PackSimOptions usbOnly(std::string_view faults)
+    {
+        PackSimOptions options;
+        options.usbSocket = socketPath.string();
+        options.faults = parseFaultList(faults).plan;
+        return options;
+    }
+
+    void connect()
+    {
+        client = ::socket(AF_UNIX, SOCK_STREAM, 0);
+        sockaddr_un address {};
+        address.sun_family = AF_UNIX;
+        std::strcpy(address.sun_path, socketPath.c_str());
+        ASSERT_EQ(::connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    }
+
+    std::string ask(PackSimSession& session, std::string_view line)
+    {
+        const std::string request = std::string(line) + "\n";
+        EXPECT_EQ(::send(client, request.data(), request.size(), 0), static_cast<ssize_t>(request.size()));
+        std::string answer;
+        for (int step = 0; step < 40 && answer.find('\n') == std::string::npos; ++step) {
+            EXPECT_TRUE(session.serveOnce(50));
+            char buffer[512];
+            const ssize_t count = ::recv(client, buffer, sizeof buffer, MSG_DONTWAIT);
+            if (count > 0)
+                answer.append(buffer, static_cast<std::size_t>(count));
+        }
+        return answer.substr(0, answer.find('\n'));
+    }
+
+    std::filesystem::path socketPath
+        = std::filesystem::temp_directory_path() / ("zvsim-session-" + std::to_string(::getpid()));
+    int client = -1;
+};
+
+TEST_F(SessionTest, DeviceFaultsFromTheListReachThePack)
+{
+    PackSimSession session(usbOnly("busy:5"), steadyMs);
+    ASSERT_EQ(session.start(), "");
+    EXPECT_EQ(session.whereItAnswers(), "  USB adapter on " + socketPath.string() + "\n");
+    EXPECT_EQ(session.pack().faults().busyPolls, 5);
+    connect();
+    EXPECT_EQ(ask(session, "CONNECT"), "0");
+    EXPECT_EQ(ask(session, "WRITEWORD 0B 00 21 6E"), "0");
+    EXPECT_EQ(ask(session, "WRITEWORD 0B 00 3C 7A"), "0");
+    EXPECT_EQ(ask(session, "WRITEWORD 0B 00 1B C0"), "0");
+    EXPECT_EQ(ask(session, "READWORD 0B 00"), "0 10 01");
+    EXPECT_EQ(ask(session, "WRITEBLOCK 0B 3C 06 00 00 00 00 01 00"), "0");
+    int busyReads = 0;
+    std::string status;
+    for (int read = 0; read < 50 && (status = ask(session, "READWORD 0B 3D")).starts_with("0 00 FF"); ++read)
+        ++busyReads;
+    EXPECT_GE(busyReads, 5);
+    EXPECT_EQ(status.substr(0, 7), "0 00 00") << status;
+}
+
+TEST_F(SessionTest, PullEndsTheSession)
+{
+    PackSimSession session(usbOnly("pull:0"), steadyMs);
+    ASSERT_EQ(session.start(), "");
+    EXPECT_FALSE(session.pulled());
+    EXPECT_TRUE(session.serveOnce(0));
+    EXPECT_TRUE(session.pulled());
+    EXPECT_FALSE(std::filesystem::exists(socketPath));
+}
+
+} // namespace
+} // namespace zvsim
