@@ -44,7 +44,7 @@ FileResult CommandFile::execute(std::uint16_t code, std::uint16_t argument)
     case CmdInitialize:
         if (argument > 1)
             return { StatusCannotDo, 0, 0 };
-        model_.restart = PendingRestart { model_.nowMs, InitializeSilentMs, argument == 1 };
+        model_.restart = PendingRestart { model_.nowMs + RestartDelayMs, InitializeSilentMs, argument == 1 };
         return {};
     case CmdResetFuse:
         files.setBits("Safety Flags", 0x8000, false);

@@ -30,6 +30,7 @@ enum Command : std::uint16_t {
 
 class CommandFile {
 public:
+    static constexpr std::int64_t RestartDelayMs = 20; // the status of the command is still read
     static constexpr std::int64_t InitializeSilentMs = 3000;
     static constexpr std::int64_t SafeDisconnectMs = 20000;
 

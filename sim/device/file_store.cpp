@@ -37,6 +37,14 @@ FileStore::FileStore(const MemoryMap& map)
     , ram_(map.files.size())
     , flash_(map.files.size())
 {
+    for (const ParamSpec& p : map.gateway) {
+        int size = map.file(p.file)->elementSize();
+        gatewayPlaces_.emplace(p.name, Place { p.file, p.index * size, size });
+    }
+    for (const ParamSpec& p : map.cell) {
+        int size = map.file(p.file)->elementSize();
+        cellPlaces_.emplace(p.name, Place { p.file, p.index * size, size });
+    }
     factoryReset();
 }
 
@@ -52,13 +60,14 @@ const std::vector<std::uint8_t>& FileStore::bytes(int file) const
 
 FileStore::Place FileStore::place(std::string_view name, int node) const
 {
-    const ParamSpec* p = node == 0 ? map_.gatewayParam(std::string(name)) : map_.cellParam(std::string(name));
-    if (!p)
+    const auto& places = node == 0 ? gatewayPlaces_ : cellPlaces_;
+    auto it = places.find(std::string(name));
+    if (it == places.end())
         throw std::out_of_range("no parameter " + std::string(name));
-    const FileSpec& spec = *map_.file(p->file);
-    int size = spec.elementSize();
-    int base = node > 0 ? (node - 1) * map_.sectionBytes(p->file) : 0;
-    return { p->file, base + p->index * size, size };
+    Place at = it->second;
+    if (node > 0)
+        at.offset += (node - 1) * map_.sectionBytes(at.file);
+    return at;
 }
 
 std::uint32_t FileStore::get(std::string_view name, int node) const

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace zvsim {
@@ -58,6 +59,8 @@ private:
     void writeDefaults(int file);
 
     const MemoryMap& map_;
+    std::unordered_map<std::string, Place> gatewayPlaces_; // offsets in the file
+    std::unordered_map<std::string, Place> cellPlaces_; // offsets in node 1's section
     std::vector<std::vector<std::uint8_t>> ram_;
     std::vector<std::vector<std::uint8_t>> flash_;
 };

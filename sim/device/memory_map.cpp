@@ -54,7 +54,7 @@ std::vector<FileSpec> fileTable(int cells)
     };
     std::vector<FileSpec> files {
         f(0, "Directory", 0, 15, 5, false, P::Volatile, 32, 0, 32),
-        f(1, "Dynamic", 0, 15, 2, false, P::Volatile, 2, 40, 128),
+        f(1, "Dynamic", 0, 15, 2, false, P::Volatile, 2, 44, 128),
         f(2, "AppImage", 3, 2, 5, false, P::Direct, 128, 8192, 128),
         f(3, "Login", 0, 0, 5, false, P::Volatile, 8, 8, 8),
         f(4, "CellDynamic", 0, 15, 2, false, P::Volatile, 2, 0, 96),

@@ -48,11 +48,18 @@ PackPhysics::PackPhysics(PackModel& model, Forensics& forensics)
     for (int i = 0; i < model_.cells(); ++i)
         cells_.push_back({ spread(rng, 0.02), 30.0 + spread(rng, 3.0), 298.1 + spread(rng, 0.5),
             1.0 + spread(rng, 0.004), spread(rng, 6.0) });
+    for (int i = 1; i <= std::min(16, model_.cells()); ++i) {
+        cellOffsetNames_.push_back("Cell " + std::to_string(i) + " Voltage Offset");
+        cellGainNames_.push_back("Cell " + std::to_string(i) + " Voltage Gain");
+    }
+    for (int sensor = 1; sensor <= 5; ++sensor)
+        sensorOffsetNames_.push_back("Sensor " + std::to_string(sensor) + " Offset");
     currentGainError_ = 1.0 + spread(rng, 0.02);
     currentBiasMa_ = 5 + spread(rng, 4.0);
     for (double& error : sensorErrorDeciK_)
         error = spread(rng, 15.0);
     chargeMah_ = model_.files.get("Design Capacity") * 0.55;
+    nextAlarmMs_ = model_.options.alarmPeriodMs;
     for (auto& since : alertSinceMs_)
         since = -1;
     publish();
@@ -136,15 +143,15 @@ int PackPhysics::readCurrentMa() const
 
 int PackPhysics::readSensorDeciK(int sensor) const
 {
-    double offset = model_.files.getSigned("Sensor " + std::to_string(sensor) + " Offset");
+    double offset = model_.files.getSigned(sensorOffsetNames_[static_cast<std::size_t>(sensor - 1)]);
     return static_cast<int>(std::lround(rawSensorDeciK(sensor) + offset));
 }
 
 int PackPhysics::readCellMv(int index) const
 {
-    std::string n = "Cell " + std::to_string(index + 1);
-    double offset = index < 16 ? model_.files.getSigned(n + " Voltage Offset") : 0;
-    double gain = index < 16 ? model_.files.get(n + " Voltage Gain") / 32768.0 : 1.0;
+    auto i = static_cast<std::size_t>(index);
+    double offset = index < 16 ? model_.files.getSigned(cellOffsetNames_[i]) : 0;
+    double gain = index < 16 ? model_.files.get(cellGainNames_[i]) / 32768.0 : 1.0;
     return static_cast<int>(std::lround(rawCellMv(index + 1) * gain + offset));
 }
 
@@ -385,13 +392,18 @@ void PackPhysics::protect(const std::vector<int>& cellMv, const std::vector<int>
     for (int node = 1; node <= model_.cells(); ++node) {
         int mv = cellMv[static_cast<std::size_t>(node - 1)];
         int t = cellDeciK[static_cast<std::size_t>(node - 1)];
-        std::uint16_t bits = 0;
-        bits |= (held(Cov) && mv >= limit("Cell Over Voltage Recovery")) ? 0x04 : 0;
-        bits |= (held(Cuv) && mv <= limit("Cell Under Voltage Recovery")) ? 0x08 : 0;
-        bits |= ((held(Otc) || held(Otd)) && t >= limit("Over Temperature Recovery")) ? 0x10 : 0;
-        bits |= ((held(Utc) || held(Utd)) && t <= limit("Under Temperature Recovery")) ? 0x20 : 0;
-        std::uint32_t cellStatus = (files.get("Cell Status", node) & ~0x3Cu) | bits;
-        files.set("Cell Status", cellStatus, node);
+        std::uint32_t before = files.get("Cell Status", node);
+        auto hysteresis = [&](std::uint32_t bit, bool crossed, bool notRecovered) {
+            return (crossed || ((before & bit) && notRecovered)) ? bit : 0u;
+        };
+        std::uint32_t bits = hysteresis(0x04, mv >= limit("Cell Over Voltage Limit"),
+                                 mv >= limit("Cell Over Voltage Recovery"))
+            | hysteresis(
+                0x08, mv <= limit("Cell Under Voltage Limit"), mv <= limit("Cell Under Voltage Recovery"))
+            | hysteresis(0x10, t >= limit("Over Temperature Limit"), t >= limit("Over Temperature Recovery"))
+            | hysteresis(
+                0x20, t <= limit("Under Temperature Limit"), t <= limit("Under Temperature Recovery"));
+        files.set("Cell Status", (before & ~0x3Cu) | bits, node);
     }
 
     bool fuse = files.get("Safety Flags") & 0x8000;
@@ -438,8 +450,7 @@ void PackPhysics::protect(const std::vector<int>& cellMv, const std::vector<int>
         model_.alarmBroadcasts.push_back(battery);
     if (model_.options.alarmPeriodMs > 0 && simulatedMs_ >= nextAlarmMs_) {
         nextAlarmMs_ = simulatedMs_ + model_.options.alarmPeriodMs;
-        if (simulatedMs_ > 0)
-            model_.alarmBroadcasts.push_back(battery);
+        model_.alarmBroadcasts.push_back(battery);
     }
 }
 

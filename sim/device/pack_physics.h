@@ -7,6 +7,7 @@
 #include "device/pack_model.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace zvsim {
@@ -63,6 +64,7 @@ private:
     PackModel& model_;
     Forensics& forensics_;
     std::vector<Cell> cells_;
+    std::vector<std::string> cellOffsetNames_, cellGainNames_, sensorOffsetNames_;
     std::int64_t simulatedMs_ = 0;
     std::int64_t nextCellWeftPollMs_ = CellWeftPollMs;
     std::int64_t nextAlarmMs_ = 0;
