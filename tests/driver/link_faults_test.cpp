@@ -1,0 +1,85 @@
+// The link under the simulator's fault switches: it recovers, and nothing hangs.
+
+#include "support/sim_harness.h"
+
+#include <gtest/gtest.h>
+
+using namespace zv;
+
+namespace {
+
+struct FaultCase {
+    const char* name;
+    zvsim::LinkFaults faults;
+};
+
+class LinkFaultsTest : public ::testing::TestWithParam<FaultCase> { };
+
+zvsim::InProcessEndpoint::Options withFaults(const zvsim::LinkFaults& faults)
+{
+    zvsim::InProcessEndpoint::Options options;
+    options.dongle.faults = faults;
+    options.dongle.seed = 7;
+    return options;
+}
+
+} // namespace
+
+TEST_P(LinkFaultsTest, ReadsGoOnThroughTheFaults)
+{
+    test::SimHarness sim({}, withFaults({}));
+    auto& d = sim.driver();
+    ASSERT_EQ(d.SMBus_Init(), 0);
+    ASSERT_EQ(d.Bus.UnlockDevice(), 0);
+    ASSERT_TRUE(d.Bus.EnableUlmarCommandSet());
+    ASSERT_TRUE(d.GetDir());
+    std::string text;
+    sim.port.clearWritten();
+    for (int i = 0; i < 20; ++i)
+        ASSERT_TRUE(d.GetFile(5, text) && d.GetScaling());
+    const auto cleanTraffic = sim.port.written().size();
+
+    // Faults from now on; the link must come through them. File reads carry no PEC check, word
+    // reads (the scaling) do.
+    sim.endpoint = std::make_unique<zvsim::InProcessEndpoint>(
+        *sim.pack, [&] { return sim.loop.milliseconds(); },
+        [&](std::string bytes, std::int64_t due) {
+            sim.loop.post(static_cast<int>(std::max<std::int64_t>(0, due - sim.loop.milliseconds())),
+                [&sim, bytes = std::move(bytes)] { sim.port.deliver(bytes); });
+        },
+        withFaults(GetParam().faults));
+    sim.endpoint->setLineBaud(115200);
+    ASSERT_EQ(d.SMBus_Init(), 0) << "the new dongle is configured like the old one";
+
+    const auto start = sim.loop.milliseconds();
+    sim.port.clearWritten();
+    int good = 0;
+    for (int i = 0; i < 20; ++i)
+        good += d.GetFile(5, text) && d.GetScaling() ? 1 : 0;
+    EXPECT_GE(good, 15) << GetParam().name;
+    EXPECT_GT(sim.port.written().size(), cleanTraffic) << "the faults cost retries";
+    EXPECT_LT(sim.loop.milliseconds() - start, 20 * 60000) << "no read hangs";
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, LinkFaultsTest,
+    ::testing::Values(FaultCase { "pec", { 0.2 } }, FaultCase { "lost", { 0, 0.05 } },
+        FaultCase { "cut", { 0, 0, 0.05 } }, FaultCase { "stuck", { 0, 0, 0, 0.05 } },
+        FaultCase { "alarm", { 0, 0, 0, 0, 0.2 } }),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(LinkPull, APulledPackFailsTheReadsCleanly)
+{
+    zvsim::LinkFaults faults;
+    faults.pullAfterMs = 5000;
+    test::SimHarness sim({}, withFaults(faults));
+    auto& d = sim.driver();
+    ASSERT_EQ(d.SMBus_Init(), 0);
+    ASSERT_EQ(d.Bus.UnlockDevice(), 0);
+    ASSERT_TRUE(d.Bus.EnableUlmarCommandSet());
+    ASSERT_TRUE(d.GetDir());
+    sim.loop.advance(6000);
+    EXPECT_FALSE(sim.port.portOpen()) << "the pulled dongle closes the port";
+    std::string text;
+    EXPECT_FALSE(d.GetFile(5, text));
+    EXPECT_NE(d.SMBus_Init(), 0);
+}
