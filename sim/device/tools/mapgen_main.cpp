@@ -2,6 +2,7 @@
 // and cell configuration files of each target, Alarm.cfg, SafetyRule_Descriptor.cfg, the log
 // definitions, the SBD map and the firmware images for the loader.
 // Usage: zvsim-mapgen <data folder>
+//        zvsim-mapgen --print-map [target id] (the memory map as Markdown tables)
 
 #include "device/firmware_image.h"
 #include "device/memory_map.h"
@@ -194,10 +195,51 @@ std::string firmwareFile(int appVersion, int build, int dataVersion)
     return text;
 }
 
+const char* persistenceName(Persistence p)
+{
+    switch (p) {
+    case Persistence::Committed:
+        return "commit";
+    case Persistence::Direct:
+        return "flash";
+    default:
+        return "live";
+    }
+}
+
+void printMap(std::uint16_t id)
+{
+    TargetProfile target = targetProfile(id);
+    MemoryMap map = buildMemoryMap(target, target.defaultCells);
+    std::cout << "Target " << target.name << ", " << map.cells << " cells.\n\n"
+              << "| File | Name | Read | Write | Format | Clone | Keeps | Chunk | Size | MaxBytes |\n"
+              << "|---|---|---|---|---|---|---|---|---|---|\n";
+    for (const FileSpec& f : map.files)
+        std::cout << "| " << f.number << " | " << f.name << " | " << f.readLevel << " | "
+                  << (f.writeLevel == 15 ? std::string("read-only") : std::to_string(f.writeLevel)) << " | "
+                  << f.format << " | " << (f.clone ? "yes" : "") << " | " << persistenceName(f.persistence)
+                  << " | " << f.chunk << " | " << f.size << (f.perNode ? " (per node)" : "") << " | "
+                  << f.maxBytes << " |\n";
+    auto params = [](const char* title, const std::vector<ParamSpec>& list) {
+        std::cout << "\n"
+                  << title
+                  << "\n\n| File | Index | Name | Type | Scale | Units |\n|---|---|---|---|---|---|\n";
+        for (const ParamSpec& p : list)
+            std::cout << "| " << p.file << " | " << p.index << " | " << p.name << " | " << p.subType << " | "
+                      << p.scaling << " | " << (p.subType == BitField ? "mask " : "") << p.units << " |\n";
+    };
+    params("Gateway parameters (index in elements of the file's format):", map.gateway);
+    params("Cell parameters (index in node 1's section):", map.cell);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
+    if (argc >= 2 && std::string(argv[1]) == "--print-map") {
+        printMap(argc >= 3 ? static_cast<std::uint16_t>(std::stoul(argv[2], nullptr, 16)) : 0x1001);
+        return 0;
+    }
     if (argc != 2) {
         std::cerr << "usage: zvsim-mapgen <data folder>\n";
         return 2;
