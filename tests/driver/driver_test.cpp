@@ -9,11 +9,6 @@ using namespace zv;
 
 namespace {
 
-std::string configFolder(const std::string& target)
-{
-    return test::programFolder() + "/Configuration Files/" + target + "/";
-}
-
 class DriverTest : public ::testing::Test {
 protected:
     explicit DriverTest(zvsim::PackOptions options = {})
@@ -21,22 +16,7 @@ protected:
     {
     }
 
-    // Link up, command set open, directory and configuration read: what start-up does.
-    void connect(const std::string& target = "ZK9460")
-    {
-        auto& d = sim.driver();
-        ASSERT_EQ(d.SMBus_Init(), 0);
-        ASSERT_EQ(d.Bus.UnlockDevice(), 0);
-        ASSERT_TRUE(d.Bus.EnableUlmarCommandSet());
-        ASSERT_TRUE(d.GetScaling());
-        ASSERT_TRUE(d.GetDir());
-        d.Config.GatewayConfigFileName = configFolder(target) + target + "_Master.cfg";
-        d.Config.NodeConfigFileName = configFolder(target) + target + "_Cell.cfg";
-        ASSERT_EQ(d.readConfig(1), 0);
-        ASSERT_TRUE(d.RebuildLAN(true));
-        ASSERT_LE(d.readConfig(2), 2);
-        d.Parameters.UserAccessLevel = d.Bus.GetAccessLevel();
-    }
+    void connect() { ASSERT_TRUE(sim.connect()); }
 
     std::vector<std::string> fileMessages;
     test::SimHarness sim;

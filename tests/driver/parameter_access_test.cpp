@@ -12,21 +12,7 @@ namespace {
 
 class ParameterAccessTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        auto& d = sim.driver();
-        ASSERT_EQ(d.SMBus_Init(), 0);
-        ASSERT_EQ(d.Bus.UnlockDevice(), 0);
-        ASSERT_TRUE(d.Bus.EnableUlmarCommandSet());
-        ASSERT_TRUE(d.GetScaling());
-        ASSERT_TRUE(d.GetDir());
-        const std::string folder = test::programFolder() + "/Configuration Files/ZK9460/";
-        d.Config.GatewayConfigFileName = folder + "ZK9460_Master.cfg";
-        d.Config.NodeConfigFileName = folder + "ZK9460_Cell.cfg";
-        ASSERT_EQ(d.readConfig(1), 0);
-        ASSERT_TRUE(d.RebuildLAN(true));
-        ASSERT_LE(d.readConfig(2), 2);
-    }
+    void SetUp() override { ASSERT_TRUE(sim.connect()); }
 
     // The files a GetAllValues pass requested, from the dongle traffic.
     std::set<int> filesRead()

@@ -68,6 +68,23 @@ public:
     }
     clsCellWeft& driver() { return main().CellWeft(); }
 
+    // What start-up does before the main window: link up, command set open, scaling, directory,
+    // the target's configuration and its cells. False at the first step that fails.
+    [[nodiscard]] bool connect(const std::string& target = "ZK9460")
+    {
+        auto& d = driver();
+        if (d.SMBus_Init() != 0 || d.Bus.UnlockDevice() != 0 || !d.Bus.EnableUlmarCommandSet()
+            || !d.GetScaling() || !d.GetDir())
+            return false;
+        const std::string folder = programFolder() + "/Configuration Files/" + target + "/";
+        d.Config.GatewayConfigFileName = folder + target + "_Master.cfg";
+        d.Config.NodeConfigFileName = folder + target + "_Cell.cfg";
+        if (d.readConfig(1) != 0 || !d.RebuildLAN(true) || d.readConfig(2) > 2)
+            return false;
+        d.Parameters.UserAccessLevel = d.Bus.GetAccessLevel();
+        return true;
+    }
+
     platform::VirtualEventLoop loop;
     platform::MemorySerialPort port;
     platform::ScriptedDialogs dialogs;
