@@ -1,0 +1,62 @@
+#include "startup/demo_capture.h"
+
+#include "access/crypt_text.h"
+#include "access/pack_key.h"
+#include "core/globals.h"
+#include "driver/cellweft.h"
+#include "platform/ini_file.h"
+
+#include <filesystem>
+#include <memory>
+
+namespace zv {
+
+namespace {
+
+constexpr int kHourglass = 11;
+constexpr int kNormalPointer = 0;
+constexpr const char* kDataSection = "Data";
+
+void callIfSet(const std::function<void(bool)>& hook, bool all)
+{
+    if (hook)
+        hook(all);
+}
+
+void setPointer(const DemoCaptureHooks& hooks, int pointer)
+{
+    if (hooks.setMousePointer)
+        hooks.setMousePointer(pointer);
+}
+
+} // namespace
+
+bool GenerateDemoINI(clsCellWeft& driver, const AppGlobals& globals, const DemoCaptureHooks& hooks)
+{
+    if (hooks.isTheDeviceWired && !hooks.isTheDeviceWired())
+        return false;
+    std::error_code error;
+    std::filesystem::remove(globals.gDemoFile, error);
+    callIfSet(hooks.disableAllCommands, true);
+    setPointer(hooks, kHourglass);
+
+    platform::IniFile capture;
+    capture.setValue("Target", "ID", modCryptText::EncryptText(globals.gTargetID, kPackKey));
+    const auto store = [&capture](const std::string& key, const std::string& hexText) {
+        capture.setValue(kDataSection, key, hexText);
+    };
+    const bool ok = driver.GetDir(store) && driver.GetAllValues(store);
+    const bool saved = capture.save(globals.gDemoFile);
+
+    setPointer(hooks, kNormalPointer);
+    callIfSet(hooks.enableAllCommands, true);
+    return ok && saved;
+}
+
+DemoFileSource demoFileSource(const std::string& demoFile)
+{
+    auto capture = std::make_shared<const platform::IniFile>(platform::IniFile::load(demoFile));
+    return [capture](const std::string& key) { return capture->value(kDataSection, key); };
+}
+
+} // namespace zv

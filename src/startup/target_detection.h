@@ -1,0 +1,101 @@
+#pragma once
+// Target detection and load: open the command set, learn whether the target runs its application
+// or sits in a loader, identify it in the target table, check the seal, read the directory, the
+// configuration files and the first device files, build the cells and show the main window.
+// Every failure stops on the splash with a text and buttons for the next move.
+
+#include "startup/frm_splash.h"
+#include "startup/target_table.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace zv::platform {
+class Dialogs;
+class SettingsStore;
+} // namespace zv::platform
+
+namespace zv {
+
+class ActiveForm;
+class clsMain;
+struct AppGlobals;
+
+// Results of DetectTarget.
+namespace detect {
+inline constexpr int kLoaded = 0;
+inline constexpr int kApplicationLoader = 0x6699;
+inline constexpr int kSystemLoader = 0xFA99;
+inline constexpr int kSealed = 0x8004;
+inline constexpr int kUnknownTarget = 0xEFFF;
+inline constexpr int kNoAnswer = 0xFFFB;
+inline constexpr int kCommunicationError = 0xFFFF;
+} // namespace detect
+
+inline constexpr const char* kRecordNeverWritten = "FFFFFFFFFFFFFFFF";
+
+// What the detection needs of the main window and the windows around it.
+struct DetectionHooks {
+    std::function<bool()> mainFormLoaded;
+    // Loads and shows frmMain and makes it the active form; its load runs LoadMainForm.
+    std::function<void()> showMainForm;
+    std::function<void()> hideMainForm;
+    std::function<void()> loadMainForm; // LoadMainForm of a main window that is up
+    std::function<void()> openLogin; // frmLogin
+    std::function<void()> openBootStrapLoader; // frmBootStrapLoader, modeless; may be empty
+    // The USB adapter's word read of command 0 at an 8-bit address, for btnScan; empty on the dongle.
+    std::function<bool(int address8)> usbProbeAddress;
+    std::function<void()> connectStep; // the main window's connection step, after a scan found the target
+};
+
+struct DetectionServices {
+    AppGlobals& globals;
+    platform::EventLoop& loop;
+    platform::Dialogs& dialogs;
+    const platform::SettingsStore& settings;
+    std::string programFolder;
+    ActiveForm& activeForm;
+    frmSplash& splash;
+};
+
+class TargetDetection {
+public:
+    TargetDetection(DetectionServices services, DetectionHooks hooks);
+
+    // The driver; set when gMain is created.
+    void setMain(clsMain* main) { main_ = main; }
+
+    [[nodiscard]] int DetectTarget(bool targetChosen);
+    [[nodiscard]] int DetectDemoTarget(bool targetChosen);
+    void ShowStartupFault(StartupFault reason);
+    // Offers other configuration files than the target's; true when the user declined.
+    bool PromptAlternateConfig();
+    void MigrateStoredKey();
+
+    // The splash's buttons of the target choice and the bus scan.
+    void cmdLoad_Click();
+    void CmdBootloader_Click();
+    void btnScan_Click();
+
+    // The log definitions of the target in use (its registry key, else its SLOG and DLOG).
+    std::string StaticDefinitionFile;
+    std::string DynamicDefinitionFile;
+
+private:
+    [[nodiscard]] bool identifyTarget(const std::string& id);
+    void selectTarget(const TargetRecord& target);
+    [[nodiscard]] int sealed();
+    [[nodiscard]] int loadConfiguration();
+    void readTargetParameters();
+    [[nodiscard]] int parameterNumber(const char* name) const;
+    void setParameterBit3(bool on);
+    [[nodiscard]] bool writeRecord(int file, int offset, std::vector<std::uint8_t> bytes);
+    [[nodiscard]] bool chooseConfigFile(int which, const char* filter, const char* title);
+
+    DetectionServices s_;
+    DetectionHooks hooks_;
+    clsMain* main_ = nullptr;
+};
+
+} // namespace zv
