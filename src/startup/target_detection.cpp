@@ -249,15 +249,15 @@ bool TargetDetection::PromptAlternateConfig()
             platform::Icon::Question, "Load Alternate Configuration")
         != platform::Answer::Yes)
         return true;
-    return chooseConfigFile(1, "Zentavia Master Config (*.cfg)|*.cfg|", "Please select the Master Configuration File")
-        && chooseConfigFile(2, "Zentavia Cell Config (*.cfg)|*.cfg|", "Please select the Cell Configuration File");
+    return chooseConfigFile(kGatewayConfigFile, "Zentavia Master Config (*.cfg)|*.cfg|", "Please select the Master Configuration File")
+        && chooseConfigFile(kCellConfigFile, "Zentavia Cell Config (*.cfg)|*.cfg|", "Please select the Cell Configuration File");
 }
 
 // Asks until the chosen file reads; a cancelled dialog goes back to the target's own file.
 bool TargetDetection::chooseConfigFile(int which, const char* filter, const char* title)
 {
     auto& config = main_->CellWeft().Config;
-    std::string& fileName = which == 1 ? config.GatewayConfigFileName : config.NodeConfigFileName;
+    std::string& fileName = which == kGatewayConfigFile ? config.GatewayConfigFileName : config.NodeConfigFileName;
     const std::string ownFile = fileName;
     const platform::FileDialogOptions options { title, filter, joinPath(s_.programFolder, "Configuration Files") };
     while (true) {
@@ -268,7 +268,9 @@ bool TargetDetection::chooseConfigFile(int which, const char* filter, const char
             return false;
         }
         fileName = chosen.front();
-        if (main_->CellWeft().readConfig(which) == kConfigRead)
+        // The cells are not built yet: a cell file that reads but finds no node 1 is good.
+        const int result = main_->CellWeft().readConfig(which);
+        if (result == kConfigRead || (which == kCellConfigFile && result != kConfigFailed))
             return true;
     }
 }
