@@ -3,8 +3,13 @@
 #include "core/error_log.h"
 #include "core/paths.h"
 #include "platform/desktop.h"
+#include "platform/port_devices.h"
 #include "platform/ui/twips.h"
 #include "qt/log_forms.h"
+#include "qt/splash_form.h"
+#include "startup/demo_capture.h"
+#include "startup/program_entry.h"
+#include "startup/program_exit.h"
 
 #include <QApplication>
 #include <QScreen>
@@ -32,24 +37,31 @@ char localeDecimalSeparator()
         : '.';
 }
 
+std::string versionText()
+{
+    return "Version " + QCoreApplication::applicationVersion().toStdString();
+}
+
 } // namespace
 
-Application::Application()
-    : programFolder_(platform::programFolder())
+Application::Application(std::vector<std::string> arguments)
+    : arguments_(std::move(arguments))
+    , programFolder_(platform::programFolder())
     , settings_(platform::IniSettingsStore::defaultPath())
+    , instance_(settings_.path())
     , logs_(globals_, LogWindowContext { settings_, screenSize, programFolder_ }, loop_, activeForm_)
     , errors_(dialogs_, loop_, joinPath(programFolder_, kErrorLogName),
           AbortSequence { [this] { releaseAll(); }, [] { QCoreApplication::exit(1); } })
+    , splash_(loop_, versionText())
+    , startup_(
+          DetectionServices { globals_, loop_, dialogs_, settings_, programFolder_, activeForm_, splash_ },
+          settings_, startupParts(), detectionHooks())
 {
-    globals_.gINIFile = joinPath(programFolder_, "Zentavia.ini");
-    globals_.gDemoFile = joinPath(programFolder_, "demo.ini");
-    globals_.setDecimalSeparator(localeDecimalSeparator());
-    globals_.settings = readStartupSettings(settings_, programFolder_);
-
     logs_.onWindowCreated = [this](platform::ui::Window& window) { bindWindow(window); };
     dialogs_.fallbackNotify = [this](const std::string& title, const std::string& text) {
         logs_.LogEvent(title.empty() ? text : title + ": " + text);
     };
+    (void)binder_.bind(splash_, makeSplashForm());
 }
 
 Application::~Application()
@@ -63,18 +75,124 @@ void Application::bindWindow(platform::ui::Window& window)
         (void)binder_.bind(window, std::move(form));
 }
 
-void Application::start()
+bool Application::start()
 {
-    mainShell_ = std::make_unique<MainShell>();
-    mainShell_->mnuEventLog.onClick = [this] { logs_.eventLog().show(); };
-    mainShell_->mnuCommunicationsLog.onClick = [this] { logs_.modemLog().show(); };
-    mainShell_->onExit = [] { QCoreApplication::quit(); };
-    auto form = makeMainShellForm();
-    dialogs_.setParent(form.get());
-    (void)binder_.bind(*mainShell_, std::move(form));
+    const ProgramEntry entry { arguments_, instance_.otherInstanceRuns(), localeDecimalSeparator(),
+        programFolder_ };
+    if (!Main(entry, globals_, dialogs_))
+        return false;
+    startup_.StartApplication();
+    return true;
+}
+
+StartupParts Application::startupParts()
+{
+    StartupParts parts;
+    parts.createMain = [this]() -> clsMain& { return createMain(); };
+    parts.showModemLog = [this] {
+        auto& log = logs_.modemLog();
+        log.setAlwaysOnTop(true);
+        log.show();
+    };
+    parts.availablePorts = [this] { return availablePorts(); };
+    parts.commPortError = [this](int code) { return commPortError(code); };
+    parts.endProgram = [this] { endProgram(); };
+    parts.reportError = [this](const std::string& description) {
+        (void)errors_.ReportError(AppError { 1, description, "Zentavia" }, "modMain", "Main");
+    };
+    return parts;
+}
+
+DetectionHooks Application::detectionHooks()
+{
+    DetectionHooks hooks;
+    hooks.mainFormLoaded = [this] { return mainFormLoaded(); };
+    hooks.showMainForm = [this] { showMainForm(); };
+    hooks.hideMainForm = [this] {
+        if (mainShell_)
+            mainShell_->hide();
+    };
+    hooks.loadMainForm = [] {};
+    hooks.openLogin = [] {};
+    return hooks;
+}
+
+clsMain& Application::createMain()
+{
+    main_.reset();
+    port_ = std::make_unique<platform::QtSerialPort>(settings_);
+    CellWeftServices services { *port_, loop_, dialogs_, settings_, globals_, programFolder_ };
+    services.modemLog
+        = [this](const std::string& text, bool transmitted) { logs_.log_ModemEvent(text, transmitted); };
+    services.logEvent = [this](const std::string& text) { logs_.LogEvent(text); };
+    services.readWriteLog = [this](std::string_view kind, std::string_view name, std::string_view number,
+                                std::string_view value) { logs_.ReadWriteLog(kind, name, number, value); };
+    services.infoStatus = [this](const std::string& text) { activeForm_.showInfo(text); };
+    services.splashStatus = [this](const std::string& text) { splash_.setStatus(text); };
+    services.mainWindowActive
+        = [this] { return activeForm_.get() != nullptr && activeForm_.get() == activeForm_.mainForm(); };
+    services.activeWindow = [] { return UnsolicitedTarget::Other; };
+    if (globals_.gDemo)
+        services.demo = demoFileSource(globals_.gDemoFile);
+    main_ = std::make_unique<clsMain>(std::move(services), dialogs_);
+    main_->hooks.readDirectoryStatus
+        = [this](int percent) { splash_.setStatus("Loading... " + std::to_string(percent) + "%"); };
+    return *main_;
+}
+
+bool Application::mainFormLoaded() const
+{
+    return mainShell_ && mainShell_->loaded();
+}
+
+void Application::showMainForm()
+{
+    if (!mainShell_) {
+        mainShell_ = std::make_unique<MainShell>();
+        mainShell_->mnuEventLog.onClick = [this] { logs_.eventLog().show(); };
+        mainShell_->mnuCommunicationsLog.onClick = [this] { logs_.modemLog().show(); };
+        mainShell_->mnuExit.onClick = [this] {
+            if (closeMainWindow())
+                mainShell_->unload();
+        };
+        mainShell_->onExit = [this] { endProgram(); };
+        auto form = makeMainShellForm();
+        dialogs_.setParent(form.get());
+        (void)binder_.bind(*mainShell_, std::move(form));
+    }
+    QApplication::setApplicationDisplayName("Zentavia");
     activeForm_.setMainForm(mainShell_.get());
     activeForm_.set(mainShell_.get());
     mainShell_->show();
+}
+
+bool Application::closeMainWindow()
+{
+    return CloseMainWindow({ globals_, loop_, dialogs_, main_ ? &main_->CellWeft() : nullptr });
+}
+
+std::vector<int> Application::availablePorts() const
+{
+    const int current = main_ ? main_->CellWeft().Link.SMBusCommPort : 0;
+    std::vector<int> ports;
+    for (int n = 1; n <= platform::kHighestListedPort; ++n) {
+        if (n != current && platform::portExists(n, settings_))
+            ports.push_back(n);
+    }
+    return ports;
+}
+
+CommPortChoice Application::commPortError(int code)
+{
+    dialogs_.messageBox("Communications with the hardware failed.\r\nError " + std::to_string(code),
+        platform::Buttons::OK, platform::Icon::Critical, "Zentavia - Communications Error");
+    return CommPortChoice::ContinueDisconnected;
+}
+
+void Application::endProgram()
+{
+    EndProgram(globals_.usbTransport(),
+        { {}, [this] { releaseAll(); }, [this] { main_.reset(); }, [] { QCoreApplication::quit(); } });
 }
 
 void Application::releaseAll()
@@ -84,6 +202,7 @@ void Application::releaseAll()
         logs_.modemLog().unload();
     if (logs_.hasEventLog())
         logs_.eventLog().unload();
+    splash_.unload();
     dialogs_.setParent(nullptr);
     if (mainShell_) {
         mainShell_->onExit = nullptr;

@@ -43,8 +43,8 @@ frmSplash::frmSplash(platform::EventLoop& loop, std::string versionText)
         tmrSplash->setEnabled(false);
         unload();
     };
-    addControls({ &lblStatus, &lblVersion, &cmbTarget, &cmdLoad, &CmdBootloader, &cmdExit, &btnExit, &btnRestart,
-        &btnScan });
+    addControls({ &lblStatus, &lblVersion, &cmbTarget, &cmdLoad, &CmdBootloader, &cmdExit, &btnExit,
+        &btnRestart, &btnScan });
 }
 
 void frmSplash::showFault(StartupFault reason)

@@ -66,7 +66,8 @@ std::vector<std::string> commandLineArguments(const std::vector<std::string>& ar
     return arguments;
 }
 
-void ParseCommandLine(const std::vector<std::string>& arguments, AppGlobals& globals, platform::Dialogs& dialogs)
+void ParseCommandLine(
+    const std::vector<std::string>& arguments, AppGlobals& globals, platform::Dialogs& dialogs)
 {
     for (const std::string& argument : arguments)
         applySwitch(argument, globals, dialogs);
@@ -75,8 +76,8 @@ void ParseCommandLine(const std::vector<std::string>& arguments, AppGlobals& glo
 bool Main(const ProgramEntry& entry, AppGlobals& globals, platform::Dialogs& dialogs)
 {
     if (entry.otherInstanceRuns) {
-        dialogs.messageBox("Only one instance of Zentavia can be invoked simultaneously.", platform::Buttons::OK,
-            platform::Icon::Critical, "Zentavia");
+        dialogs.messageBox("Only one instance of Zentavia can be invoked simultaneously.",
+            platform::Buttons::OK, platform::Icon::Critical, "Zentavia");
         return false;
     }
     const AppGlobals cleared;

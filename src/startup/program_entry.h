@@ -20,7 +20,8 @@ inline constexpr int kMaxArguments = 5;
 
 // Sets the flags of the switches. /demo sets gDemo only when gDemoFile exists; otherwise it shows
 // the "File Not Found" box and the program starts without demo mode. Unknown arguments are ignored.
-void ParseCommandLine(const std::vector<std::string>& arguments, AppGlobals& globals, platform::Dialogs& dialogs);
+void ParseCommandLine(
+    const std::vector<std::string>& arguments, AppGlobals& globals, platform::Dialogs& dialogs);
 
 struct ProgramEntry {
     std::vector<std::string> argv; // without the program's own name

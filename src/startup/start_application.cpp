@@ -20,8 +20,8 @@ constexpr int kDefaultUsbAddress7 = 11;
 
 } // namespace
 
-Startup::Startup(
-    DetectionServices detectionServices, platform::SettingsStore& settings, StartupParts parts, DetectionHooks hooks)
+Startup::Startup(DetectionServices detectionServices, platform::SettingsStore& settings, StartupParts parts,
+    DetectionHooks hooks)
     : detection(detectionServices, hooks)
     , globals_(detectionServices.globals)
     , loop_(detectionServices.loop)

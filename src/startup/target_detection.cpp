@@ -30,8 +30,10 @@ constexpr const char* kCommitCommand = "03000000";
 
 constexpr const char* kUnsupportedTarget
     = "The likely cause for this error is out of date firmware which does not support auto-detecting target "
-      "application. In this case you can select your target application from the dropdown list below and click "
-      "'Load'. It is highly recommended that you update to the latest firmware. If you have the latest firmware "
+      "application. In this case you can select your target application from the dropdown list below and "
+      "click "
+      "'Load'. It is highly recommended that you update to the latest firmware. If you have the latest "
+      "firmware "
       "please click 'Bootloader' to install now.";
 
 std::string hex(int value, int digits)
@@ -140,7 +142,8 @@ bool TargetDetection::identifyTarget(const std::string& id)
     std::vector<std::string> names;
     for (const TargetRecord& target : table)
         names.push_back(target.Name);
-    s_.splash.showTargetChoice("The attached device is reporting an unsupported target application.\r\nTargetID = "
+    s_.splash.showTargetChoice(
+        "The attached device is reporting an unsupported target application.\r\nTargetID = "
             + s_.globals.gTargetID + "\r\n" + kUnsupportedTarget,
         std::move(names));
     return false;
@@ -158,7 +161,8 @@ void TargetDetection::selectTarget(const TargetRecord& target)
     config.NodeConfigFileName = joinPath(folder, target.CCFG);
     g.gAverageVoltages = target.AverageVoltages;
     StaticDefinitionFile = readStaticDefinitionFile(s_.settings, s_.programFolder, target.Name, target.SLOG);
-    DynamicDefinitionFile = readDynamicDefinitionFile(s_.settings, s_.programFolder, target.Name, target.DLOG);
+    DynamicDefinitionFile
+        = readDynamicDefinitionFile(s_.settings, s_.programFolder, target.Name, target.DLOG);
     g.gTargetURL = target.URL;
     g.gTargetREF = target.REF;
     g.gTargetFS = target.FS;
@@ -194,7 +198,8 @@ int TargetDetection::loadConfiguration()
         (void)d.GetFile(file, text);
     }
     main_->UserAccessLevel() = g.gDemo ? 2 : parameterNumber("Access Level");
-    if ((g.gTargetID == "1001" || g.gTargetID == "1002") && !g.gDemo && isSealedLevel(main_->UserAccessLevel()))
+    if ((g.gTargetID == "1001" || g.gTargetID == "1002") && !g.gDemo
+        && isSealedLevel(main_->UserAccessLevel()))
         return sealed();
     readTargetParameters();
     d.Link.Status = 0;
@@ -245,21 +250,25 @@ int TargetDetection::parameterNumber(const char* name) const
 
 bool TargetDetection::PromptAlternateConfig()
 {
-    if (s_.dialogs.messageBox("Would you like to load alternate configuration files?", platform::Buttons::YesNo,
-            platform::Icon::Question, "Load Alternate Configuration")
+    if (s_.dialogs.messageBox("Would you like to load alternate configuration files?",
+            platform::Buttons::YesNo, platform::Icon::Question, "Load Alternate Configuration")
         != platform::Answer::Yes)
         return true;
-    return chooseConfigFile(kGatewayConfigFile, "Zentavia Master Config (*.cfg)|*.cfg|", "Please select the Master Configuration File")
-        && chooseConfigFile(kCellConfigFile, "Zentavia Cell Config (*.cfg)|*.cfg|", "Please select the Cell Configuration File");
+    return chooseConfigFile(kGatewayConfigFile, "Zentavia Master Config (*.cfg)|*.cfg|",
+               "Please select the Master Configuration File")
+        && chooseConfigFile(kCellConfigFile, "Zentavia Cell Config (*.cfg)|*.cfg|",
+            "Please select the Cell Configuration File");
 }
 
 // Asks until the chosen file reads; a cancelled dialog goes back to the target's own file.
 bool TargetDetection::chooseConfigFile(int which, const char* filter, const char* title)
 {
     auto& config = main_->CellWeft().Config;
-    std::string& fileName = which == kGatewayConfigFile ? config.GatewayConfigFileName : config.NodeConfigFileName;
+    std::string& fileName
+        = which == kGatewayConfigFile ? config.GatewayConfigFileName : config.NodeConfigFileName;
     const std::string ownFile = fileName;
-    const platform::FileDialogOptions options { title, filter, joinPath(s_.programFolder, "Configuration Files") };
+    const platform::FileDialogOptions options { title, filter,
+        joinPath(s_.programFolder, "Configuration Files") };
     while (true) {
         const auto chosen = s_.dialogs.openFiles(options);
         if (chosen.empty()) {
@@ -319,13 +328,15 @@ void TargetDetection::setParameterBit3(bool on)
 bool TargetDetection::writeRecord(int file, int offset, std::vector<std::uint8_t> bytes)
 {
     return main_->CellWeft()
-        .FileAccessRequest({ .access = 1, .file = file, .offset = offset, .count = 1, .data = std::move(bytes) })
+        .FileAccessRequest(
+            { .access = 1, .file = file, .offset = offset, .count = 1, .data = std::move(bytes) })
         .ok;
 }
 
 void TargetDetection::cmdLoad_Click()
 {
-    const auto target = findTargetByName(readTargetTable(s_.globals.gINIFile), s_.splash.cmbTarget.selectedText());
+    const auto target
+        = findTargetByName(readTargetTable(s_.globals.gINIFile), s_.splash.cmbTarget.selectedText());
     if (!target)
         return;
     s_.globals.gTargetID = target->ID;

@@ -51,7 +51,8 @@ TEST_F(DemoTest, TheCaptureReplacesTheOldFileWithTheEncipheredIdAndEveryFile)
     EXPECT_EQ(modCryptText::DecryptText(id, kPackKey), "1001");
     EXPECT_FALSE(GetINIValue("Data", "Dir0", file).empty());
     const auto* config = sim.driver().Directory.DirectoryElements.fileEntry(9);
-    EXPECT_EQ(GetINIValue("Data", "File9", file).size(), 2u * config->FileSize) << "file 9 whole, as hex text";
+    EXPECT_EQ(GetINIValue("Data", "File9", file).size(), 2u * config->FileSize)
+        << "file 9 whole, as hex text";
     EXPECT_FALSE(GetINIValue("Data", "File27", file).empty());
 }
 

@@ -8,8 +8,8 @@ using namespace zv;
 
 namespace {
 
-zvsim::PackOptions pack(std::uint16_t id, bool sealed = false,
-    zvsim::PackState state = zvsim::PackState::Application)
+zvsim::PackOptions pack(
+    std::uint16_t id, bool sealed = false, zvsim::PackState state = zvsim::PackState::Application)
 {
     zvsim::PackOptions options;
     options.targetId = id;
@@ -49,7 +49,8 @@ TEST_F(DetectionTest, LoadsAKnownTargetAndLeavesTheSplashToItsTimer)
     EXPECT_TRUE(g.gCellsMatch);
     EXPECT_EQ(g.gNodeCount, 8);
     EXPECT_NE(g.gFirmwareVersion, 0);
-    EXPECT_EQ(detection().StaticDefinitionFile, test::programFolder() + "/Data Logging Files/characterize_12cell.slog");
+    EXPECT_EQ(detection().StaticDefinitionFile,
+        test::programFolder() + "/Data Logging Files/characterize_12cell.slog");
 
     auto& d = sim.driver();
     EXPECT_EQ(d.nodes.Count(), 8);
@@ -83,7 +84,8 @@ TEST_F(DetectionTest, MigrateStoredKeyMovesAStoredKeyAndClearsIt)
     const std::vector<std::uint8_t> key { 'e', 'n', 'g', 'i', 'n', 'e', 'e', 'r' };
     ASSERT_TRUE(d.FileAccessRequest({ .access = 1, .file = 16, .offset = 2, .data = key }).ok);
     ASSERT_FALSE(sim.globals.gAlgEnableBit3);
-    const int algorithm = static_cast<int>(d.GatewayParameters.FindByName("Algorithm Enable")->value.number());
+    const int algorithm
+        = static_cast<int>(d.GatewayParameters.FindByName("Algorithm Enable")->value.number());
     sim.readWriteLines.clear();
 
     detection().MigrateStoredKey();
@@ -91,7 +93,8 @@ TEST_F(DetectionTest, MigrateStoredKeyMovesAStoredKeyAndClearsIt)
     EXPECT_EQ(d.FileAccessRequest({ .file = 16, .offset = 2 }).text, kRecordNeverWritten);
     const std::string write = "Write Word: Algorithm Enable 0x900 ";
     EXPECT_EQ(sim.readWriteLines,
-        (std::vector<std::string> { write + std::to_string(algorithm | 8), write + std::to_string(algorithm) }))
+        (std::vector<std::string> {
+            write + std::to_string(algorithm | 8), write + std::to_string(algorithm) }))
         << "bit 3 is set for the move and toggled back after the commit";
 }
 
@@ -178,7 +181,8 @@ protected:
 TEST_F(ApplicationLoader, ShowsScreenFourAndLeavesForTheLoader)
 {
     EXPECT_EQ(detect(), detect::kApplicationLoader);
-    EXPECT_EQ(splash.lblStatus.caption(), "The hardware needs to be (re)programmed.\r\nLoading Bootloader...");
+    EXPECT_EQ(
+        splash.lblStatus.caption(), "The hardware needs to be (re)programmed.\r\nLoading Bootloader...");
     EXPECT_TRUE(splash.tmrSplash->enabled());
     EXPECT_FALSE(faultButtonsShown());
 }
@@ -194,7 +198,8 @@ protected:
 TEST_F(SystemLoader, ShowsScreenThree)
 {
     EXPECT_EQ(detect(), detect::kSystemLoader);
-    EXPECT_EQ(splash.lblStatus.caption(), "The hardware needs to be (re)programmed.\r\nLoading System Bootloader...");
+    EXPECT_EQ(splash.lblStatus.caption(),
+        "The hardware needs to be (re)programmed.\r\nLoading System Bootloader...");
     EXPECT_EQ(sim.driver().GatewayParameters.Count(), 0);
 }
 
@@ -218,7 +223,8 @@ TEST_F(DetectionTest, AMissingConfigurationFileGivesScreenTwo)
     sim.dialogs.answerMessage(platform::Answer::OK); // the reader's own box
     EXPECT_EQ(detection().DetectTarget(true), detect::kCommunicationError);
     EXPECT_EQ(splash.lblStatus.caption(),
-        "An error has occurred while reading the configuration files.\r\nPlease check power and the connections "
+        "An error has occurred while reading the configuration files.\r\nPlease check power and the "
+        "connections "
         "to the hardware.");
     EXPECT_TRUE(faultButtonsShown());
 }

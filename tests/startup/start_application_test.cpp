@@ -16,7 +16,8 @@ namespace {
 TEST(ProgramEntry, SwitchesSetTheirFlagsWhateverTheirCase)
 {
     test::SimHarness sim;
-    const ProgramEntry entry { { "/PP /Cal470\t/al", "/unknown /BootLoader /breakonerror" }, false, '.', "/nowhere" };
+    const ProgramEntry entry { { "/PP /Cal470\t/al", "/unknown /BootLoader /breakonerror" }, false, '.',
+        "/nowhere" };
     ASSERT_TRUE(Main(entry, sim.globals, sim.dialogs));
     const auto& g = sim.globals;
     EXPECT_TRUE(g.gShowLog && g.gAltConfigPrompt) << "/pp also opens the log";
@@ -77,7 +78,8 @@ protected:
         parts.availablePorts = [this] { return ports; };
         parts.commPortError = [this](int code) {
             errorCodes.push_back(code);
-            const CommPortChoice choice = choices.empty() ? CommPortChoice::ContinueDisconnected : choices.front();
+            const CommPortChoice choice
+                = choices.empty() ? CommPortChoice::ContinueDisconnected : choices.front();
             if (!choices.empty())
                 choices.erase(choices.begin());
             return choice;
@@ -99,7 +101,8 @@ TEST_F(DongleSearch, GoesOnPastAMissingABusyAndASilentPortToTheDongle)
     sim.port.setBusy(2);
     startup->StartApplication();
 
-    EXPECT_EQ(errorCodes, std::vector<int> { 8005 }) << "the busy port raised the dialog and the search went on";
+    EXPECT_EQ(errorCodes, std::vector<int> { 8005 })
+        << "the busy port raised the dialog and the search went on";
     EXPECT_EQ(sim.driver().Link.SMBusCommPort, 4);
     EXPECT_EQ(sim.settings.value(std::string(kMainKey), "CommPort"), "4") << "the port that answered is kept";
     EXPECT_EQ(sim.globals.gTargetName, "ZK9460");
@@ -155,8 +158,9 @@ protected:
     bool close(Answer answer)
     {
         sim.dialogs.answerMessage(answer);
-        return CloseMainWindow({ sim.globals, sim.loop, sim.dialogs, &sim.driver(),
-            [this] { calls.push_back("commit"); }, {}, {}, {}, [this] { calls.push_back("removeTrayIcon"); } });
+        return CloseMainWindow(
+            { sim.globals, sim.loop, sim.dialogs, &sim.driver(), [this] { calls.push_back("commit"); }, {},
+                {}, {}, [this] { calls.push_back("removeTrayIcon"); } });
     }
 };
 

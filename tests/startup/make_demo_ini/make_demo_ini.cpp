@@ -20,8 +20,8 @@ int main(int argc, char* argv[])
     zv::frmSplash splash(sim.loop, {});
     zv::DetectionHooks hooks;
     hooks.showMainForm = [] {};
-    zv::TargetDetection detection({ sim.globals, sim.loop, sim.dialogs, sim.settings, zv::test::programFolder(),
-                                      activeForm, splash },
+    zv::TargetDetection detection(
+        { sim.globals, sim.loop, sim.dialogs, sim.settings, zv::test::programFolder(), activeForm, splash },
         hooks);
     detection.setMain(&sim.main());
     if (sim.driver().SMBus_Init() != 0 || detection.DetectTarget(false) != zv::detect::kLoaded) {
