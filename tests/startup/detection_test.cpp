@@ -1,5 +1,6 @@
 // Target detection against the in-process pack: every result and the splash screen it leaves.
 
+#include "startup/lan_notice.h"
 #include "startup_fixture.h"
 
 #include <gtest/gtest.h>
@@ -252,6 +253,25 @@ TEST_F(DetectionTest, AlternateConfigurationAsksUntilAFileReads)
     const auto& cellDialog = sim.dialogs.lastShown();
     EXPECT_EQ(cellDialog.file.title, "Please select the Cell Configuration File");
     EXPECT_EQ(cellDialog.file.filter, "Zentavia Cell Config (*.cfg)|*.cfg|");
+}
+
+TEST_F(DetectionTest, BuildsTheReportedCellsAndTellsOnceThatTheLanIsNotBuilt)
+{
+    ASSERT_EQ(detect(), detect::kLoaded);
+    auto& d = sim.driver();
+    d.GatewayParameters.FindByName("Expected Number Of Cells")->NewValue = 9;
+    ASSERT_TRUE(d.WriteParameter("Expected Number Of Cells", 0));
+    ASSERT_EQ(detection().DetectTarget(false), detect::kLoaded);
+    EXPECT_FALSE(sim.globals.gCellsMatch);
+    EXPECT_EQ(d.nodes.Count(), 8) << "the cells the hardware reports";
+
+    LanNotice notice;
+    notice.loaded(sim.globals);
+    sim.dialogs.answerMessage(platform::Answer::OK);
+    notice.mainActivated(sim.dialogs);
+    notice.mainActivated(sim.dialogs);
+    ASSERT_EQ(sim.dialogs.shown().size(), 1u);
+    EXPECT_EQ(sim.dialogs.lastShown().title, "LAN is not built!");
 }
 
 } // namespace
