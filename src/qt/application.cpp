@@ -113,7 +113,6 @@ DetectionHooks Application::detectionHooks()
             mainShell_->hide();
     };
     hooks.loadMainForm = [] {};
-    hooks.openLogin = [] {};
     return hooks;
 }
 
@@ -160,7 +159,6 @@ void Application::showMainForm()
         dialogs_.setParent(form.get());
         (void)binder_.bind(*mainShell_, std::move(form));
     }
-    QApplication::setApplicationDisplayName("Zentavia");
     activeForm_.setMainForm(mainShell_.get());
     activeForm_.set(mainShell_.get());
     mainShell_->show();

@@ -90,6 +90,12 @@ void frmSplash::startDismissTimer()
     tmrSplash->setEnabled(true);
 }
 
+void frmSplash::holdWithButtons()
+{
+    tmrSplash->setEnabled(false);
+    setFaultButtonsVisible(true);
+}
+
 void frmSplash::handleUnload()
 {
     tmrSplash->setEnabled(false);

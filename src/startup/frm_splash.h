@@ -50,6 +50,8 @@ public:
     void setFaultButtonsVisible(bool visible);
     // The splash goes away by itself after kSplashIntervalMs.
     void startDismissTimer();
+    // The splash stays, with Scan, Restart and Exit: the window that should follow is not there.
+    void holdWithButtons();
 
 protected:
     void handleUnload() override;

@@ -196,8 +196,7 @@ void Startup::actOnDetection(int result)
         break;
     case detect::kApplicationLoader:
     case detect::kSystemLoader:
-        if (hooks_.openBootStrapLoader)
-            hooks_.openBootStrapLoader();
+        (void)detection.OpenBootStrapLoader();
         break;
     default:
         // The login is open for a sealed target; every other code stays on its splash screen.

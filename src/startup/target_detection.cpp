@@ -173,7 +173,10 @@ int TargetDetection::sealed()
     ShowStartupFault(StartupFault::Sealed);
     if (hooks_.mainFormLoaded && hooks_.mainFormLoaded())
         hooks_.hideMainForm();
-    hooks_.openLogin();
+    if (hooks_.openLogin)
+        hooks_.openLogin();
+    else
+        s_.splash.holdWithButtons();
     return detect::kSealed;
 }
 
@@ -354,9 +357,18 @@ void TargetDetection::cmdLoad_Click()
 
 void TargetDetection::CmdBootloader_Click()
 {
-    if (hooks_.openBootStrapLoader)
-        hooks_.openBootStrapLoader();
-    s_.splash.unload();
+    if (OpenBootStrapLoader())
+        s_.splash.unload();
+}
+
+bool TargetDetection::OpenBootStrapLoader()
+{
+    if (!hooks_.openBootStrapLoader) {
+        s_.splash.holdWithButtons();
+        return false;
+    }
+    hooks_.openBootStrapLoader();
+    return true;
 }
 
 void TargetDetection::btnScan_Click()

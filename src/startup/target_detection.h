@@ -72,6 +72,8 @@ public:
     // Offers other configuration files than the target's; true when the user declined.
     bool PromptAlternateConfig();
     void MigrateStoredKey();
+    // frmBootStrapLoader; without a loader the splash stays with its buttons. False then.
+    bool OpenBootStrapLoader();
 
     // The splash's buttons of the target choice and the bus scan.
     void cmdLoad_Click();

@@ -188,6 +188,16 @@ TEST_F(ApplicationLoader, ShowsScreenFourAndLeavesForTheLoader)
     EXPECT_FALSE(faultButtonsShown());
 }
 
+TEST_F(ApplicationLoader, WithoutALoaderWindowTheSplashStaysWithItsButtons)
+{
+    EXPECT_EQ(detect(), detect::kApplicationLoader);
+    TargetDetection bare(services(), {});
+    bare.setMain(&sim.main());
+    EXPECT_FALSE(bare.OpenBootStrapLoader());
+    EXPECT_FALSE(splash.tmrSplash->enabled());
+    EXPECT_TRUE(faultButtonsShown());
+}
+
 class SystemLoader : public DetectionTest {
 protected:
     SystemLoader()
