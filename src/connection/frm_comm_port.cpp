@@ -22,6 +22,8 @@ frmCommPort::frmCommPort(
 {
     setCaption("Zentavia - Configure Hardware Communications");
     cmdConnect.setCaption("Connect");
+    cmdComms[0].setCaption("Cancel");
+    cmdComms[1].setCaption("OK");
     cmbBaud.setItems({ "19200", "57600", "115200" });
     cmbClock.setItems({ "23K", "86K", "100K", "400K" });
     cmdConnect.onClick
