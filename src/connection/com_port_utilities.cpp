@@ -3,18 +3,12 @@
 #include "connection/port_combo_box.h"
 #include "platform/port_devices.h"
 
-#include <string>
-
 namespace zv {
 
-namespace {
-
-std::string portText(int port)
+std::string comPortName(int port)
 {
     return "COM" + std::to_string(port);
 }
-
-} // namespace
 
 PortProber systemPortProber(const platform::SettingsStore& settings)
 {
@@ -30,9 +24,9 @@ clsCOMPortUtilities::clsCOMPortUtilities(PortProber prober, std::function<int()>
 void clsCOMPortUtilities::FillComboBoxWithAvailableCOMPorts(PortComboBox& combo) const
 {
     const int current = currentPort_();
-    combo.addPort(portText(current) + " (Default)", current);
+    combo.addPort(comPortName(current) + " (Default)", current);
     for (const int port : GetAvailableCOMPorts())
-        combo.addPort(portText(port), port);
+        combo.addPort(comPortName(port), port);
     combo.setListIndex(0);
 }
 

@@ -3,6 +3,7 @@
 // to 16 are looked for; the current port always heads a list, whatever its number.
 
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace zv::platform {
@@ -12,6 +13,9 @@ class SettingsStore;
 namespace zv {
 
 class PortComboBox;
+
+// "COM" and the port number.
+[[nodiscard]] std::string comPortName(int port);
 
 // Whether the device behind port n exists and could be opened, asked without taking it.
 using PortProber = std::function<bool(int port)>;

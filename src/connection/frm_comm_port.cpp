@@ -47,8 +47,7 @@ void frmCommPort::handleLoad()
         showTexts(lblTitle, lblErrorDescription, {});
         fillPorts();
         const auto stored = readStartupSettings(s_.settings, s_.programFolder);
-        if (!cmbCommPort.selectPort(stored.CommPort))
-            cmbCommPort.setListIndex(0);
+        cmbCommPort.selectPort(stored.CommPort); // row 0 stays selected when the port is not listed
         cmbBaud.setListIndex(stored.Baud);
         cmbClock.setListIndex(stored.Clock);
     });
@@ -74,7 +73,7 @@ void frmCommPort::apply()
 {
     const int port = cmbCommPort.selectedPort();
     if (commPanel_)
-        commPanel_("COM" + std::to_string(port));
+        commPanel_(comPortName(port));
     writeSetting(s_.settings, "CommPort", std::to_string(port));
     writeSetting(s_.settings, "Baud", std::to_string(cmbBaud.listIndex()));
     writeSetting(s_.settings, "Clock", std::to_string(cmbClock.listIndex()));

@@ -24,6 +24,8 @@ struct AppGlobals;
 // The error number the start-up hands over when its search found no dongle on any port.
 inline constexpr int kNoDongleFound = 65529;
 
+inline constexpr const char* kConnectionFailedTitle = "Communications with the hardware failed.";
+
 struct PortDialogServices {
     clsCellWeft& driver;
     AppGlobals& globals;
@@ -53,8 +55,6 @@ void showTexts(platform::ui::Label& title, platform::ui::Label& description, con
 // cmdConnect up to the attempt: the port becomes the driver's SMBusCommPort and the memory copy of
 // CommPort, then SMBus_Init runs under the busy pointer. Returns its result (0 or less: connected).
 [[nodiscard]] int connectOnPort(const PortDialogServices& services, int port);
-
-inline constexpr const char* kConnectionFailedTitle = "Communications with the hardware failed.";
 
 // The lines that tell of a port that opened without a dongle answering; the power line and the
 // line on ports above COM16 are optional.

@@ -42,11 +42,12 @@ TEST(CommPortErrorTexts, EachErrorNumberHasItsTitleAndDescription)
     const auto silent = frmCommPortError::errorTexts(10001);
     EXPECT_EQ(silent.title, missing.title);
     EXPECT_EQ(silent.description,
-        "The serial port was opened successifully, but the HLK dongle was not detected.\r\n\r\nPossible "
-        "causes:\r\n"
-        "The HLK dongle is not installed.\r\nPower is not connected to the HLK dongle.\r\nThe wrong COM Port "
-        "is "
-        "selected.\r\nThe HLK dongle is installed on a COM port higher then COM16.");
+        "The serial port was opened successifully, but the HLK dongle was not detected.\r\n\r\n"
+        "Possible causes:\r\n"
+        "The HLK dongle is not installed.\r\n"
+        "Power is not connected to the HLK dongle.\r\n"
+        "The wrong COM Port is selected.\r\n"
+        "The HLK dongle is installed on a COM port higher then COM16.");
 
     const auto search = frmCommPortError::errorTexts(kNoDongleFound);
     EXPECT_EQ(search.title, "Unknown Error");
@@ -118,12 +119,7 @@ TEST(CommPortError, FailedAttemptsKeepTheDialogAndTellWhy)
         "list "
         "of available ports above to attempt to connect using that port.");
     EXPECT_EQ(shown[1].second, kUnknownPrefix + std::string("8005")) << "a port held elsewhere is listed";
-    EXPECT_EQ(shown[2].second,
-        "The serial port was opened successifully, but the HLK dongle was not detected.\r\n\r\nPossible "
-        "causes:\r\n"
-        "The HLK dongle is not installed.\r\nThe wrong COM Port is selected.\r\nThe HLK dongle is installed "
-        "on a "
-        "COM port higher then COM16.");
+    EXPECT_EQ(shown[2].second, dongleNotDetectedText(false, true)) << "no line on power after a try";
 }
 
 TEST(CommPortError, TheEventLoopModalReturnsWhenAButtonHidesTheDialog)

@@ -71,30 +71,7 @@ TEST(PortList, PortsAbove16OnlyAsTheStoredDefault)
 
     machine.current = 3;
     EXPECT_THAT(machine.utilities().GetAvailableCOMPorts(), ::testing::IsEmpty());
-}
-
-TEST(PortList, PortNumbersBelowOneAreNeverAvailableNorAsked)
-{
-    Machine machine { { 0, -1 }, {}, 1 };
-    const auto utilities = machine.utilities();
-    EXPECT_FALSE(utilities.IsPortAvailable(0));
-    EXPECT_FALSE(utilities.IsPortAvailable(-1));
-    EXPECT_TRUE(machine.asked.empty());
-}
-
-TEST(PortList, SelectingAPortFindsItsRowOrLeavesTheSelection)
-{
-    PortComboBox combo("cmbCommPort");
-    combo.addPort("COM7 (Default)", 7);
-    combo.addPort("COM2", 2);
-    combo.setListIndex(0);
-    EXPECT_TRUE(combo.selectPort(2));
-    EXPECT_EQ(combo.listIndex(), 1);
-    EXPECT_FALSE(combo.selectPort(3));
-    EXPECT_EQ(combo.listIndex(), 1);
-    combo.clearPorts();
-    EXPECT_EQ(combo.listCount(), 0);
-    EXPECT_EQ(combo.selectedPort(), 0);
+    EXPECT_FALSE(machine.utilities().IsPortAvailable(0));
 }
 
 TEST(SystemPortProber, AsksForACharacterDeviceBehindThePortsMapping)

@@ -76,20 +76,13 @@ TEST_F(SMBusAddressTest, ListsEvenAddressesAndSelectsTheStoredOne)
     EXPECT_EQ(globals.SMBusWriteAddress, 0x54);
 }
 
-TEST_F(SMBusAddressTest, AMissingAddressMeansTheSmartBatteryAddress)
-{
-    frmSMBusAddress form(services(11));
-    whileShown = [&] { EXPECT_EQ(form.cmbAddress.selectedText(), "0x16"); };
-    form.Show();
-    EXPECT_EQ(globals.gAddress7, 11);
-}
-
 TEST_F(SMBusAddressTest, TheScanStoresTheFirstAddressThatAnswers)
 {
-    SetINIValue("Setup", "Address", "80", globals.gINIFile);
     frmSMBusAddress form(services(11));
     dialogs.answerMessage(platform::Answer::OK);
     whileShown = [&] {
+        EXPECT_EQ(form.cmbAddress.selectedText(), "0x16") << "a missing Address means 11";
+        form.cmbAddress.setListIndex(-1);
         form.cmdFind.click();
         EXPECT_EQ(form.cmbAddress.selectedText(), "0x16");
     };
