@@ -10,9 +10,8 @@ namespace {
 
 constexpr const char* kObject = "CommPortError";
 constexpr const char* kChooseBelow
-    = "Please choose from the list of available ports below to attempt to connect "
-      "using that port.  If you wish to use the application without connecting "
-      "to the hardware, please choose ";
+    = "Please choose from the list of available ports below to attempt to connect using that port.  "
+      "If you wish to use the application without connecting to the hardware, please choose ";
 
 } // namespace
 

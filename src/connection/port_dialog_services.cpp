@@ -48,12 +48,16 @@ int connectOnPort(const PortDialogServices& services, int port)
 {
     services.driver.Link.SMBusCommPort = port;
     services.globals.settings.CommPort = port;
-    if (services.busyPointer)
-        services.busyPointer(true);
-    const int result = services.driver.SMBus_Init();
-    if (services.busyPointer)
-        services.busyPointer(false);
-    return result;
+    const auto pointer = [&services](bool busy) {
+        if (services.busyPointer)
+            services.busyPointer(busy);
+    };
+    pointer(true);
+    struct NormalPointer {
+        decltype(pointer)& set;
+        ~NormalPointer() { set(false); }
+    } normalAfterwards { pointer };
+    return services.driver.SMBus_Init();
 }
 
 ConnectionTexts connectFailureTexts(int code, bool mentionHighPorts)
@@ -61,16 +65,14 @@ ConnectionTexts connectFailureTexts(int code, bool mentionHighPorts)
     switch (code) {
     case platform::kPortErrorNoSuchPort:
         return { kConnectionFailedTitle,
-            "The serial port used for communicating with the hardware cannot be opened.  Please choose from "
-            "the "
-            "list of available ports above to attempt to connect using that port." };
+            "The serial port used for communicating with the hardware cannot be opened.  "
+            "Please choose from the list of available ports above to attempt to connect using that port." };
     case kDongleNotAnswering:
         return { kConnectionFailedTitle, dongleNotDetectedText(false, mentionHighPorts) };
     default:
         return { kConnectionFailedTitle,
-            "An unknown error occured while attempting to connect with the hardware.  The error code "
-            "returned "
-            "was: "
+            "An unknown error occured while attempting to connect with the hardware.  "
+            "The error code returned was: "
                 + std::to_string(code) };
     }
 }
