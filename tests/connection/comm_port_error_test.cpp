@@ -115,9 +115,8 @@ TEST(CommPortError, FailedAttemptsKeepTheDialogAndTellWhy)
     for (const auto& [title, description] : shown)
         EXPECT_EQ(title, "Communications with the hardware failed.");
     EXPECT_EQ(shown[0].second,
-        "The serial port used for communicating with the hardware cannot be opened.  Please choose from the "
-        "list "
-        "of available ports above to attempt to connect using that port.");
+        "The serial port used for communicating with the hardware cannot be opened.  "
+        "Please choose from the list of available ports above to attempt to connect using that port.");
     EXPECT_EQ(shown[1].second, kUnknownPrefix + std::string("8005")) << "a port held elsewhere is listed";
     EXPECT_EQ(shown[2].second, dongleNotDetectedText(false, true)) << "no line on power after a try";
 }
