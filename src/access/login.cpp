@@ -5,9 +5,11 @@
 #include "access/menu_policy.h"
 #include "core/globals.h"
 #include "driver/cls_main.h"
+#include "platform/event_loop.h"
 #include "platform/ui/status_bar.h"
 
 #include <algorithm>
+#include <climits>
 
 namespace zv {
 
@@ -29,6 +31,14 @@ CommandLock busCommandLock(SmbusTransactions& bus)
     return { [&bus] { return bus.UnlockDevice(); }, [&bus] { return bus.EnableUlmarCommandSet(); },
         [&bus] { return bus.DisableUlmarCommandSet(); }, [&bus] { return bus.LockDevice(); },
         [&bus] { return bus.GetAccessLevel(); } };
+}
+
+std::function<void(platform::ui::Window&)> modalOn(platform::EventLoop& loop)
+{
+    return [&loop](platform::ui::Window& window) {
+        window.show();
+        (void)loop.waitUntil([&window] { return !window.visible(); }, INT_MAX);
+    };
 }
 
 PasswordBytes passwordBytes(std::string_view text)

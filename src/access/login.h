@@ -11,7 +11,8 @@
 
 namespace zv::platform {
 class Dialogs;
-}
+class EventLoop;
+} // namespace zv::platform
 namespace zv::platform::ui {
 class Window;
 }
@@ -59,6 +60,10 @@ struct MainWindowAccess {
     // Shows a window modally and returns when it is hidden or unloaded.
     std::function<void(platform::ui::Window&)> showModal;
 };
+
+// A modal run for MainWindowAccess::showModal: shows the window and runs events until the user
+// hides or unloads it.
+[[nodiscard]] std::function<void(platform::ui::Window&)> modalOn(platform::EventLoop& loop);
 
 // The eight bytes of a password text: the character codes, padded with 0, at most eight.
 [[nodiscard]] PasswordBytes passwordBytes(std::string_view text);
