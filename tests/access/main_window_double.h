@@ -38,13 +38,13 @@ public:
             all.begin(), all.end(), [&](const auto* c) { return equalsIgnoringCase(c->name(), name); });
         return found != all.end() && (*found)->visible();
     }
-    [[nodiscard]] std::vector<std::string> visibleEntries() const
+    // How many entries of the policy are visible.
+    [[nodiscard]] int shownCount(const clsMenuCol& policy) const
     {
-        std::vector<std::string> names;
-        for (const auto& item : items_)
-            if (item->visible())
-                names.push_back(item->name());
-        return names;
+        int count = 0;
+        for (const clsMenu& menu : policy)
+            count += shown(menu.menuName);
+        return count;
     }
     void showAll()
     {

@@ -121,14 +121,3 @@ TEST_F(UserAccessLevelTest, ReadFailureDisablesOkUntilTheNextOpening)
     EXPECT_TRUE(form().btnOk.enabled());
     EXPECT_EQ(rowsShown(), 2);
 }
-
-TEST_F(UserAccessLevelTest, OpensOnlyOnAWiredDevice)
-{
-    open(2);
-    form().btnCancel.click();
-    rig->access.mainWindow().IsTheDeviceWired = [] { return false; };
-    modal.clear();
-    rig->access.mnuAccessLevel_Click();
-    EXPECT_EQ(modal, "");
-    EXPECT_FALSE(form().loaded());
-}
