@@ -1,5 +1,6 @@
 #include "access/menu_policy.h"
 
+#include "core/globals.h"
 #include "platform/ui/window.h"
 
 #include <algorithm>
@@ -93,6 +94,12 @@ clsMenuCol BuildMenuPolicy()
         policy, kTarget1001, { "mnuToggleConfigure", "mnuViewTemperatureHistory", "mnuViewVoltageHistory" });
     addRows(policy, kNever, { "mnuChangeUserAccessLevel", "mnuRebuildLAN", "mnuReadSelectedNode" });
     return policy;
+}
+
+MenuPolicyContext menuPolicyContext(const AppGlobals& globals, std::function<int()> level)
+{
+    return { globals.gTargetID, std::move(level), globals.settings.AutoLogging, globals.usbTransport(),
+        globals.gAccessMenuEnabled };
 }
 
 bool setControlVisible(platform::ui::Window& window, std::string_view name, bool visible)

@@ -15,6 +15,8 @@ class Window;
 
 namespace zv {
 
+struct AppGlobals;
+
 // One row of the policy: a menu entry's visibility by target and level.
 class clsMenu {
 public:
@@ -54,6 +56,9 @@ struct MenuPolicyContext {
     bool usbTransport = false;
     bool gAccessMenuEnabled = false;
 };
+
+// The context from the application's globals, the level read through level.
+[[nodiscard]] MenuPolicyContext menuPolicyContext(const AppGlobals& globals, std::function<int()> level);
 
 // UpdateMenus: sets the visibility of the 49 entries by the table, then the logging entries,
 // mnuConfigure on the USB transport, lblCONFIG_BIT by target and mnuChangeUserAccessLevel on

@@ -75,12 +75,7 @@ private:
         MainWindowAccess hooks;
         hooks.window = &window;
         hooks.UpdateMenus = [this] {
-            MenuPolicyContext context;
-            context.gTargetID = sim.globals.gTargetID;
-            context.userAccessLevel = [this] { return level(); };
-            context.usbTransport = sim.globals.usbTransport();
-            context.gAccessMenuEnabled = sim.globals.gAccessMenuEnabled;
-            ApplyMenuPolicy(window, policy, context);
+            ApplyMenuPolicy(window, policy, menuPolicyContext(sim.globals, [this] { return level(); }));
         };
         hooks.LoadTabs = [this] { ++tabLoads; };
         hooks.mnuConnect_Click = [this] {
