@@ -3,8 +3,8 @@
 #include "core/error_log.h"
 #include "core/paths.h"
 #include "platform/desktop.h"
-#include "platform/port_devices.h"
 #include "platform/ui/twips.h"
+#include "qt/connection_forms.h"
 #include "qt/log_forms.h"
 #include "qt/splash_form.h"
 #include "startup/demo_capture.h"
@@ -71,7 +71,10 @@ Application::~Application()
 
 void Application::bindWindow(platform::ui::Window& window)
 {
-    if (auto form = makeFormFor(window.name()))
+    auto form = makeFormFor(window.name());
+    if (!form)
+        form = makeConnectionForm(window.name());
+    if (form)
         (void)binder_.bind(window, std::move(form));
 }
 
@@ -113,11 +116,13 @@ DetectionHooks Application::detectionHooks()
             mainShell_->hide();
     };
     hooks.loadMainForm = [] {};
+    hooks.openLogin = [this] { access_->OpenLogin(); };
     return hooks;
 }
 
 clsMain& Application::createMain()
 {
+    access_.reset();
     main_.reset();
     port_ = std::make_unique<platform::QtSerialPort>(settings_);
     CellWeftServices services { *port_, loop_, dialogs_, settings_, globals_, programFolder_ };
@@ -136,6 +141,10 @@ clsMain& Application::createMain()
     main_ = std::make_unique<clsMain>(std::move(services), dialogs_);
     main_->hooks.readDirectoryStatus
         = [this](int percent) { splash_.setStatus("Loading... " + std::to_string(percent) + "%"); };
+    access_ = std::make_unique<UserAccess>(
+        AccessServices { *main_, globals_, dialogs_, busCommandLock(main_->CellWeft().Bus) },
+        mainWindowAccess());
+    access_->onWindowCreated = [this](platform::ui::Window& window) { bindWindow(window); };
     return *main_;
 }
 
@@ -162,29 +171,64 @@ void Application::showMainForm()
     activeForm_.setMainForm(mainShell_.get());
     activeForm_.set(mainShell_.get());
     mainShell_->show();
+    if (access_) {
+        access_->mainWindow().window = mainShell_.get();
+        access_->GetUserLevelFromHardware();
+    }
 }
 
 bool Application::closeMainWindow()
 {
-    return CloseMainWindow({ globals_, loop_, dialogs_, main_ ? &main_->CellWeft() : nullptr });
+    ExitServices exit { globals_, loop_, dialogs_, main_ ? &main_->CellWeft() : nullptr };
+    if (access_)
+        exit.closeCommandLock = [this] { access_->LockDevice(); };
+    return CloseMainWindow(exit);
 }
 
-std::vector<int> Application::availablePorts() const
+PortDialogServices Application::portDialogServices()
 {
-    const int current = main_ ? main_->CellWeft().Link.SMBusCommPort : 0;
-    std::vector<int> ports;
-    for (int n = 1; n <= platform::kHighestListedPort; ++n) {
-        if (n != current && platform::portExists(n, settings_))
-            ports.push_back(n);
-    }
-    return ports;
+    PortDialogServices services { main_->CellWeft(), globals_, settings_, dialogs_, programFolder_,
+        systemPortProber(settings_) };
+    services.busyPointer = [](bool busy) {
+        if (busy)
+            QApplication::setOverrideCursor(Qt::WaitCursor);
+        else
+            QApplication::restoreOverrideCursor();
+    };
+    services.errors = &errors_;
+    return services;
+}
+
+std::vector<int> Application::availablePorts()
+{
+    return portUtilities(portDialogServices()).GetAvailableCOMPorts();
 }
 
 CommPortChoice Application::commPortError(int code)
 {
-    dialogs_.messageBox("Communications with the hardware failed.\r\nError " + std::to_string(code),
-        platform::Buttons::OK, platform::Icon::Critical, "Zentavia - Communications Error");
-    return CommPortChoice::ContinueDisconnected;
+    frmCommPortError dialog(portDialogServices(), eventLoopModal(loop_));
+    bindWindow(dialog);
+    return dialog.CommPortError(code);
+}
+
+MainWindowAccess Application::mainWindowAccess()
+{
+    MainWindowAccess access;
+    access.window = mainShell_.get();
+    access.mnuConnect_Click = [this] { reconnect(); };
+    access.showModal = modalOn(loop_);
+    return access;
+}
+
+void Application::reconnect()
+{
+    splash_.show();
+    activeForm_.set(&splash_);
+    splash_.setStatus("Initializing communications...");
+    loop_.processEvents();
+    auto& detection = startup_.detection;
+    startup_.actOnDetection(
+        globals_.gDemo ? detection.DetectDemoTarget(false) : detection.DetectTarget(false));
 }
 
 void Application::endProgram()

@@ -3,6 +3,7 @@
 // the application logs, gMain and the windows, and hands them down. It runs Main and
 // StartApplication and answers their hooks with the real windows.
 
+#include "access/login.h"
 #include "core/active_form.h"
 #include "core/app_logs.h"
 #include "core/error_handler.h"
@@ -45,8 +46,12 @@ private:
     void showMainForm();
     [[nodiscard]] bool mainFormLoaded() const;
     [[nodiscard]] bool closeMainWindow();
-    [[nodiscard]] std::vector<int> availablePorts() const;
+    [[nodiscard]] std::vector<int> availablePorts();
     [[nodiscard]] CommPortChoice commPortError(int code);
+    [[nodiscard]] PortDialogServices portDialogServices();
+    [[nodiscard]] MainWindowAccess mainWindowAccess();
+    // mnuConnect: the splash and the target detection again.
+    void reconnect();
     void endProgram();
     void releaseAll();
 
@@ -63,6 +68,7 @@ private:
     ErrorHandler errors_;
     std::unique_ptr<platform::QtSerialPort> port_;
     std::unique_ptr<clsMain> main_;
+    std::unique_ptr<UserAccess> access_;
     std::unique_ptr<MainShell> mainShell_;
     frmSplash splash_;
     Startup startup_;

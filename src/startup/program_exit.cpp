@@ -33,17 +33,14 @@ bool settleUncommittedWrites(const ExitServices& s)
     return true;
 }
 
-void closeCommandLock(const ExitServices& s)
+// The command set closed and, on the dongle, the dongle reset.
+void closeLink(const ExitServices& s)
 {
     if (s.globals.gDemo || !s.driver)
         return;
-    if (s.globals.usbTransport()) {
-        call(s.usbCloseCommandLock);
-        return;
-    }
-    (void)s.driver->Bus.DisableUlmarCommandSet();
-    (void)s.driver->Bus.LockDevice();
-    s.driver->Link.ResetHLK();
+    call(s.closeCommandLock);
+    if (!s.globals.usbTransport())
+        s.driver->Link.ResetHLK();
 }
 
 } // namespace
@@ -57,7 +54,7 @@ bool CloseMainWindow(const ExitServices& s)
         if (s.pollTimerRunning)
             (void)s.loop.waitUntil([&s] { return !s.pollTimerRunning(); }, kPollStopLimitMs);
     }
-    closeCommandLock(s);
+    closeLink(s);
     call(s.removeTrayIcon);
     return true;
 }

@@ -24,7 +24,8 @@ struct ExitServices {
     std::function<void()> commitChanges; // CommitChanges
     std::function<void()> stopPolling;
     std::function<bool()> pollTimerRunning;
-    std::function<void()> usbCloseCommandLock; // the two device commands on the USB adapter
+    // DisableUlmarCommandSet and LockDevice on the active transport.
+    std::function<void()> closeCommandLock;
     std::function<void()> removeTrayIcon;
 };
 

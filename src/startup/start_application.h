@@ -3,6 +3,7 @@
 // the dongle and its search over the ports, then the target detection. The splash's Restart
 // button runs it again from the top.
 
+#include "connection/frm_comm_port_error.h"
 #include "startup/frm_splash.h"
 #include "startup/target_detection.h"
 
@@ -12,11 +13,6 @@
 
 namespace zv {
 
-// What the user chose in frmCommPortError.
-enum class CommPortChoice { Connected, ContinueDisconnected, ExitApplication };
-
-// Number given to frmCommPortError when the search found no dongle on any port.
-inline constexpr int kNoDongleFound = 65529;
 inline constexpr int kPortMissing = 8002;
 inline constexpr int kPortInUse = 8005;
 inline constexpr int kFoundPauseMs = 2000;

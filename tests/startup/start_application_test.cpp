@@ -1,5 +1,6 @@
 // The start sequence: the switches, the dongle search over the ports and the exit order.
 
+#include "access/login.h"
 #include "core/registry.h"
 #include "core/temp_folder.h"
 #include "startup/program_entry.h"
@@ -158,9 +159,10 @@ protected:
     bool close(Answer answer)
     {
         sim.dialogs.answerMessage(answer);
+        AccessServices access { sim.main(), sim.globals, sim.dialogs, busCommandLock(sim.driver().Bus) };
         return CloseMainWindow(
             { sim.globals, sim.loop, sim.dialogs, &sim.driver(), [this] { calls.push_back("commit"); }, {},
-                {}, {}, [this] { calls.push_back("removeTrayIcon"); } });
+                {}, [&access] { CloseCommandLock(access); }, [this] { calls.push_back("removeTrayIcon"); } });
     }
 };
 
@@ -170,7 +172,10 @@ TEST_F(ExitOrder, YesCommitsThenClosesTheCommandSetAndResetsTheDongle)
     EXPECT_EQ(sim.dialogs.lastShown().title, "Save changes to Hardware");
     EXPECT_EQ(sim.dialogs.lastShown().buttons, platform::Buttons::YesNoCancel);
     EXPECT_EQ(calls, (std::vector<std::string> { "commit", "removeTrayIcon" }));
-    EXPECT_NE(sim.port.written().find("\x12\x12\x12"), std::string::npos) << "the dongle was reset";
+    const std::string& written = sim.port.written();
+    const auto lock = written.find("~00~30~00"); // ManufacturerAccess 0x0030
+    ASSERT_NE(lock, std::string::npos) << written;
+    EXPECT_NE(written.find("\x12\x12\x12", lock), std::string::npos) << "the dongle was reset after the lock";
 }
 
 TEST_F(ExitOrder, NoDropsTheFlagWithoutCommitting)
