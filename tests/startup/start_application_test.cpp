@@ -193,4 +193,19 @@ TEST_F(ExitOrder, CancelKeepsTheWindowAndTalksToNobody)
     EXPECT_TRUE(sim.port.written().empty());
 }
 
+TEST_F(DongleSearch, AnAdapterThatDoesNotOpenGivesScreenOneAndTheMainWindow)
+{
+    zv::testing::TempFolder folder;
+    const std::string ini = folder.write("Zentavia.ini", "[Setup]\nCommunications=1\nAddress=0\n");
+    sim.globals.gINIFile = ini;
+    startup->StartApplication();
+    EXPECT_TRUE(sim.globals.usbTransport());
+    EXPECT_EQ(sim.globals.gAddress7, 11) << "no address on the USB transport means 0x0B";
+    EXPECT_EQ(splash.lblStatus.caption(),
+        "Communication error to hardware. Connection failed\r\nPlease check power and the connections to the "
+        "hardware.");
+    EXPECT_EQ(calls, std::vector<std::string> { "showMainForm" });
+    EXPECT_TRUE(sim.port.written().empty()) << "the dongle is never touched";
+}
+
 } // namespace
