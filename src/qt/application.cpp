@@ -175,6 +175,7 @@ void Application::showMainForm()
         access_->mainWindow().window = mainShell_.get();
         access_->GetUserLevelFromHardware();
     }
+    startup_.detection.lanNotice.mainActivated(dialogs_);
 }
 
 bool Application::closeMainWindow()

@@ -210,6 +210,7 @@ int TargetDetection::loadConfiguration()
     const int actual = parameterNumber("Actual Number Of Cells");
     g.gCellsMatch = parameterNumber("Expected Number Of Cells") == actual;
     d.Parameters.gCellsMatch = g.gCellsMatch;
+    lanNotice.loaded(g);
     if (g.gDemo) {
         (void)d.RebuildLAN(true);
     } else {

@@ -5,6 +5,7 @@
 // Every failure stops on the splash with a text and buttons for the next move.
 
 #include "startup/frm_splash.h"
+#include "startup/lan_notice.h"
 #include "startup/target_table.h"
 
 #include <functional>
@@ -83,6 +84,8 @@ public:
     // The log definitions of the target in use (its registry key, else its SLOG and DLOG).
     std::string StaticDefinitionFile;
     std::string DynamicDefinitionFile;
+    // Armed by each load whose cells did not match.
+    LanNotice lanNotice;
 
 private:
     [[nodiscard]] bool identifyTarget(const std::string& id);

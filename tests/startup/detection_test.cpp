@@ -1,6 +1,5 @@
 // Target detection against the in-process pack: every result and the splash screen it leaves.
 
-#include "startup/lan_notice.h"
 #include "startup_fixture.h"
 
 #include <gtest/gtest.h>
@@ -275,11 +274,9 @@ TEST_F(DetectionTest, BuildsTheReportedCellsAndTellsOnceThatTheLanIsNotBuilt)
     EXPECT_FALSE(sim.globals.gCellsMatch);
     EXPECT_EQ(d.nodes.Count(), 8) << "the cells the hardware reports";
 
-    LanNotice notice;
-    notice.loaded(sim.globals);
     sim.dialogs.answerMessage(platform::Answer::OK);
-    notice.mainActivated(sim.dialogs);
-    notice.mainActivated(sim.dialogs);
+    detection().lanNotice.mainActivated(sim.dialogs);
+    detection().lanNotice.mainActivated(sim.dialogs);
     ASSERT_EQ(sim.dialogs.shown().size(), 1u);
     EXPECT_EQ(sim.dialogs.lastShown().title, "LAN is not built!");
 }
