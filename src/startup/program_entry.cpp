@@ -80,14 +80,9 @@ bool Main(const ProgramEntry& entry, AppGlobals& globals, platform::Dialogs& dia
             platform::Buttons::OK, platform::Icon::Critical, "Zentavia");
         return false;
     }
-    const AppGlobals cleared;
-    globals.gDemo = cleared.gDemo;
-    globals.gBreakOnError = cleared.gBreakOnError;
-    globals.gShowLog = cleared.gShowLog;
-    globals.gAltConfigPrompt = cleared.gAltConfigPrompt;
-    globals.gCal470Enabled = cleared.gCal470Enabled;
-    globals.gAccessMenuEnabled = cleared.gAccessMenuEnabled;
-    globals.gLoaderOnly = cleared.gLoaderOnly;
+    for (bool* flag : { &globals.gDemo, &globals.gBreakOnError, &globals.gShowLog, &globals.gAltConfigPrompt,
+             &globals.gCal470Enabled, &globals.gAccessMenuEnabled, &globals.gLoaderOnly })
+        *flag = false;
     globals.setDecimalSeparator(entry.decimalSeparator);
     globals.gDemoFile = joinPath(entry.programFolder, "demo.ini");
     globals.gINIFile = joinPath(entry.programFolder, "Zentavia.ini");
