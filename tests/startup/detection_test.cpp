@@ -37,6 +37,22 @@ protected:
     }
 };
 
+// The detection against a pack made with these options.
+template <std::uint16_t Id, bool Sealed = false, zvsim::PackState State = zvsim::PackState::Application>
+class PackDetection : public DetectionTest {
+protected:
+    PackDetection()
+        : DetectionTest(pack(Id, Sealed, State))
+    {
+    }
+};
+
+using SealedZK9470 = PackDetection<0x1003, true>;
+using SealedZK9460 = PackDetection<0x1001, true>;
+using UnknownTarget = PackDetection<0x2001>;
+using ApplicationLoader = PackDetection<0x1001, false, zvsim::PackState::AppLoader>;
+using SystemLoader = PackDetection<0x1001, false, zvsim::PackState::SystemLoader>;
+
 TEST_F(DetectionTest, LoadsAKnownTargetAndLeavesTheSplashToItsTimer)
 {
     EXPECT_EQ(detect(), detect::kLoaded);
@@ -98,14 +114,6 @@ TEST_F(DetectionTest, MigrateStoredKeyMovesAStoredKeyAndClearsIt)
         << "bit 3 is set for the move and toggled back after the commit";
 }
 
-class SealedZK9470 : public DetectionTest {
-protected:
-    SealedZK9470()
-        : DetectionTest(pack(0x1003, true))
-    {
-    }
-};
-
 TEST_F(SealedZK9470, StopsAtTheSealBeforeAnyConfiguration)
 {
     EXPECT_EQ(detect(), detect::kSealed);
@@ -119,14 +127,6 @@ TEST_F(SealedZK9470, StopsAtTheSealBeforeAnyConfiguration)
     EXPECT_TRUE(splash.tmrSplash->enabled()) << "the splash leaves for the login";
 }
 
-class SealedZK9460 : public DetectionTest {
-protected:
-    SealedZK9460()
-        : DetectionTest(pack(0x1001, true))
-    {
-    }
-};
-
 TEST_F(SealedZK9460, ReadsItsFilesThenOpensTheLoginAndHidesTheMainWindow)
 {
     mainShown = true; // a reconnection from the main window
@@ -137,14 +137,6 @@ TEST_F(SealedZK9460, ReadsItsFilesThenOpensTheLoginAndHidesTheMainWindow)
     EXPECT_EQ(calls, (std::vector<std::string> { "hideMainForm", "openLogin" }));
     EXPECT_EQ(splash.lblStatus.caption(), "The target device is sealed!");
 }
-
-class UnknownTarget : public DetectionTest {
-protected:
-    UnknownTarget()
-        : DetectionTest(pack(0x2001))
-    {
-    }
-};
 
 TEST_F(UnknownTarget, OffersTheChoiceAndLoadsTheTargetChosenByHand)
 {
@@ -170,14 +162,6 @@ TEST_F(UnknownTarget, OffersTheChoiceAndLoadsTheTargetChosenByHand)
     EXPECT_GT(sim.driver().nodes.Count(), 0);
 }
 
-class ApplicationLoader : public DetectionTest {
-protected:
-    ApplicationLoader()
-        : DetectionTest(pack(0x1001, false, zvsim::PackState::AppLoader))
-    {
-    }
-};
-
 TEST_F(ApplicationLoader, ShowsScreenFourAndLeavesForTheLoader)
 {
     EXPECT_EQ(detect(), detect::kApplicationLoader);
@@ -196,14 +180,6 @@ TEST_F(ApplicationLoader, WithoutALoaderWindowTheSplashStaysWithItsButtons)
     EXPECT_FALSE(splash.tmrSplash->enabled());
     EXPECT_TRUE(faultButtonsShown());
 }
-
-class SystemLoader : public DetectionTest {
-protected:
-    SystemLoader()
-        : DetectionTest(pack(0x1001, false, zvsim::PackState::SystemLoader))
-    {
-    }
-};
 
 TEST_F(SystemLoader, ShowsScreenThree)
 {
