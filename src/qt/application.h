@@ -6,10 +6,10 @@
 #include "core/app_logs.h"
 #include "core/error_handler.h"
 #include "core/globals.h"
+#include "monitor/frm_main.h"
 #include "platform/ini_settings_store.h"
 #include "platform/qt/qt_event_loop.h"
 #include "qt/binder.h"
-#include "qt/main_shell.h"
 #include "qt/qt_dialogs.h"
 
 #include <memory>
@@ -42,7 +42,7 @@ private:
     Binder binder_;
     AppLogs logs_;
     ErrorHandler errors_;
-    std::unique_ptr<MainShell> mainShell_;
+    std::unique_ptr<frmMain> mainForm_;
 };
 
 } // namespace zv::qt
