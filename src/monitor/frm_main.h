@@ -13,13 +13,15 @@
 #include "platform/ui/window.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
 namespace zv::platform {
+class Desktop;
 class SettingsStore;
-}
+} // namespace zv::platform
 
 namespace zv {
 
@@ -33,6 +35,8 @@ struct MainFormContext {
     platform::Dialogs& dialogs;
     AppLogs& logs;
     std::string programFolder;
+    // The system's browser; without one the link entries stay unavailable.
+    platform::Desktop* desktop = nullptr;
 };
 
 // The steps of LoadMainForm that belong to the live monitor; each runs at its place when set.
@@ -77,6 +81,9 @@ public:
     void WritePending(bool on);
     // The panel "Access": "Access Level " and the level.
     void ShowAccessLevel(int level);
+    // The target's information and reference pages.
+    void OpenHelpLink();
+    void OpenRefLink();
 
     void AddTrayIcon();
     void RemoveTrayIcon() { trayIcon.setVisible(false); }
@@ -207,7 +214,6 @@ public:
     // Help
     platform::ui::MenuItem mnuHelp { "mnuHelp" };
     platform::ui::MenuItem mnuHelp_Contents { "mnuHelp_Contents" };
-    platform::ui::MenuItem mnuHelpSep { "mnuHelpSep" };
     platform::ui::MenuItem mnuPP { "mnuPP" };
     platform::ui::MenuItem mnuInformationOnline { "mnuInformationOnline" };
     platform::ui::MenuItem mnuTechnicalReferenceManual { "mnuTechnicalReferenceManual" };
@@ -245,6 +251,10 @@ protected:
 
 private:
     void buildMenus();
+    [[nodiscard]] std::vector<MenuNode> documentMenu();
+    [[nodiscard]] std::vector<MenuNode> utilityMenu();
+    platform::ui::MenuItem& folderEntry(const std::string& list, std::size_t index);
+    void openFromMenu(const std::string& path);
     void wireMenus();
     void buildStatusBar();
     void listControls();
@@ -259,6 +269,8 @@ private:
     clsMain* main_ = nullptr;
     std::vector<MenuNode> menuBar_;
     std::vector<MenuNode> popupMenus_;
+    // The entries made from folders beyond the first of mnuHelp_Contents and mnuAddUtility.
+    std::vector<std::unique_ptr<platform::ui::MenuItem>> folderEntries_;
     // The entries of each sub-menu, for isWired.
     std::unordered_map<const platform::ui::MenuItem*, const MenuNode*> subMenus_;
 };

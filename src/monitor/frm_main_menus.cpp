@@ -2,7 +2,12 @@
 
 #include "core/app_logs.h"
 #include "core/globals.h"
+#include "core/paths.h"
+#include "monitor/folder_menus.h"
 #include "monitor/frm_main.h"
+#include "monitor/help_links.h"
+#include "monitor/main_title.h"
+#include "monitor/open_associated.h"
 
 #include <array>
 
@@ -12,7 +17,7 @@ namespace {
 
 using platform::ui::MenuItem;
 
-MenuNode entry(MenuItem& item, const char* caption, std::vector<MenuNode> children = {})
+MenuNode entry(MenuItem& item, std::string caption, std::vector<MenuNode> children = {})
 {
     item.setCaption(caption);
     return { &item, std::move(children) };
@@ -20,7 +25,7 @@ MenuNode entry(MenuItem& item, const char* caption, std::vector<MenuNode> childr
 
 MenuNode separator(MenuItem& item)
 {
-    return entry(item, kSeparatorCaption.data());
+    return entry(item, std::string(kSeparatorCaption));
 }
 
 // The commands that must not run while the device is busy, in the order of the menu bar.
@@ -78,10 +83,33 @@ constexpr std::array kPendingCommands {
     &frmMain::mnuParameters_RevertAll,
 };
 
+constexpr const char* kProgramName = "zentavia";
+
+std::string trimmed(const std::string& text)
+{
+    const auto first = text.find_first_not_of(" \t");
+    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+template <typename T> void append(std::vector<T>& to, std::vector<T> more)
+{
+    to.insert(to.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+}
+
 } // namespace
 
 void frmMain::buildMenus()
 {
+    std::vector<MenuNode> help { entry(mnuHelp_Contents, "How to Add Help Documents") };
+    append(help, documentMenu());
+    append(help,
+        {
+            entry(mnuPP, "Norvale Systems Online"),
+            entry(mnuInformationOnline, "Information Online"),
+            entry(mnuTechnicalReferenceManual, "Technical Reference Manual Online"),
+            separator(mnuAboutSep),
+            entry(mnuAbout, "About Zentavia"),
+        });
     menuBar_ = {
         entry(mnuFile, "File",
             {
@@ -187,18 +215,9 @@ void frmMain::buildMenus()
                 entry(mnuScriptEngine, "Script Engine..."),
                 entry(mnuSmbusAddress, "SMBus Address"),
                 separator(mnuSepAddons),
-                entry(mnuAddOns, "Add-Ons", { entry(mnuAddUtility, "Empty") }),
+                entry(mnuAddOns, "Add-Ons", utilityMenu()),
             }),
-        entry(mnuHelp, "Help",
-            {
-                entry(mnuHelp_Contents, "How to Add Help Documents"),
-                separator(mnuHelpSep),
-                entry(mnuPP, "Norvale Systems Online"),
-                entry(mnuInformationOnline, "Information Online"),
-                entry(mnuTechnicalReferenceManual, "Technical Reference Manual Online"),
-                separator(mnuAboutSep),
-                entry(mnuAbout, "About Zentavia"),
-            }),
+        entry(mnuHelp, "Help", std::move(help)),
     };
     popupMenus_ = {
         entry(mnuParameters, "Parameters",
@@ -228,12 +247,86 @@ void frmMain::buildMenus()
     }
 }
 
+MenuItem& frmMain::folderEntry(const std::string& list, std::size_t index)
+{
+    return *folderEntries_.emplace_back(std::make_unique<MenuItem>(list + "(" + std::to_string(index) + ")"));
+}
+
+std::vector<MenuNode> frmMain::documentMenu()
+{
+    std::vector<MenuNode> nodes;
+    for (const auto& document : documentEntries(joinPath(context_.programFolder, kDocumentationFolder))) {
+        MenuItem& item = folderEntry(mnuHelp_Contents.name(), nodes.size() + 1);
+        item.setVisible(document.visible);
+        nodes.push_back(entry(item, document.caption));
+    }
+    return nodes;
+}
+
+std::vector<MenuNode> frmMain::utilityMenu()
+{
+    const auto names = utilityNames(context_.programFolder, kProgramName);
+    std::vector<MenuNode> nodes { entry(mnuAddUtility, names.empty() ? kNoUtilities : names.front()) };
+    for (std::size_t i = 1; i < names.size(); ++i)
+        nodes.push_back(entry(folderEntry(mnuAddUtility.name(), i), names[i]));
+    return nodes;
+}
+
+void frmMain::openFromMenu(const std::string& path)
+{
+    disableAllCommands(true);
+    (void)OpenAssociated(path, *context_.desktop, context_.dialogs,
+        [this](const std::string& text) { sbStatusBar.setPanelText(kInfoPanel, text); });
+    enableAllCommands(true);
+}
+
 void frmMain::wireMenus()
 {
     mnuEventLog.onClick = [this] { context_.logs.eventLog().show(); };
     mnuCommunicationsLog.onClick = [this] { context_.logs.modemLog().show(); };
     mnuClearLog.onClick = [this] { context_.logs.modemLog().rtfEvent.clear(); };
     mnuExit.onClick = [this] { requestClose(); };
+    mnuAbout.onClick = [this] {
+        const AppVersion v = appVersion();
+        (void)context_.dialogs.messageBox("Zentavia " + std::to_string(v.major) + "."
+                + std::to_string(v.minor) + "." + std::to_string(v.revision) + "\r\nNorvale Systems",
+            platform::Buttons::OK, platform::Icon::Information, "About Zentavia");
+    };
+    if (!context_.desktop)
+        return;
+    mnuPP.onClick = [this] { openLink(kMakerHomePage, context_.dialogs, *context_.desktop); };
+    mnuInformationOnline.onClick = [this] { OpenHelpLink(); };
+    mnuTechnicalReferenceManual.onClick = [this] { OpenRefLink(); };
+
+    const std::string documents = joinPath(context_.programFolder, kDocumentationFolder);
+    mnuHelp_Contents.onClick = [this, documents] { openFromMenu(joinPath(documents, kAddMenuDocument)); };
+    for (const MenuNode& node : subMenus_.at(&mnuHelp)->children) {
+        MenuItem& item = *node.item;
+        if (item.name().starts_with(mnuHelp_Contents.name() + "(") && !node.isSeparator())
+            item.onClick
+                = [this, &item, documents] { openFromMenu(joinPath(documents, trimmed(item.caption()))); };
+    }
+    for (const MenuNode& node : subMenus_.at(&mnuAddOns)->children) {
+        MenuItem& item = *node.item;
+        if (item.caption() != kNoUtilities)
+            item.onClick = [this, &item] {
+                openFromMenu(joinPath(context_.programFolder, trimmed(item.caption()) + ".exe"));
+            };
+    }
+}
+
+void frmMain::OpenHelpLink()
+{
+    if (context_.desktop)
+        openTargetLink(
+            context_.globals.gTargetURL, context_.globals.gTargetName, context_.dialogs, *context_.desktop);
+}
+
+void frmMain::OpenRefLink()
+{
+    if (context_.desktop)
+        openTargetLink(
+            context_.globals.gTargetREF, context_.globals.gTargetName, context_.dialogs, *context_.desktop);
 }
 
 bool frmMain::isWired(const MenuItem& item) const

@@ -8,6 +8,7 @@
 #include "core/globals.h"
 #include "monitor/frm_main.h"
 #include "platform/ini_settings_store.h"
+#include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_event_loop.h"
 #include "qt/binder.h"
 #include "qt/qt_dialogs.h"
@@ -38,6 +39,7 @@ private:
     platform::IniSettingsStore settings_;
     platform::QtEventLoop loop_;
     QtDialogs dialogs_;
+    platform::QtDesktop desktop_;
     ActiveForm activeForm_;
     Binder binder_;
     AppLogs logs_;

@@ -185,7 +185,7 @@ bool bindCheckBox(ui::CheckBox& box, QCheckBox& widget, const BindContext& conte
 bool bindMenuItem(ui::MenuItem& item, QAction& action, const BindContext& context)
 {
     mirror(item, action, context, [](ui::MenuItem& c, QAction& a, ui::Change what, const std::string&) {
-        if (all(what, ui::Change::Caption) && !c.caption().empty())
+        if (all(what, ui::Change::Caption) && !c.caption().empty() && !a.isSeparator())
             a.setText(qs(c.caption()));
         a.setVisible(c.visible());
         a.setEnabled(c.enabled());
