@@ -45,9 +45,8 @@ std::vector<std::string> utilityNames(const std::string& programFolder, const st
     constexpr std::string_view extension = ".exe";
     std::vector<std::string> names;
     for (const auto& name : fileNames(programFolder)) {
-        const std::string key = lower(name);
-        if (key.size() <= extension.size() || !key.ends_with(extension) || key == lower(ownProgram)
-            || key == "uninst.exe")
+        if (name.size() <= extension.size() || !name.ends_with(extension) || name == ownProgram
+            || name == "uninst.exe")
             continue;
         names.push_back(name.substr(0, name.size() - extension.size()));
     }

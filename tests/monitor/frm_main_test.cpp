@@ -1,7 +1,5 @@
-#include "core/app_logs.h"
-#include "monitor/frm_main.h"
+#include "main_form_fixture.h"
 #include "monitor/main_title.h"
-#include "support/sim_harness.h"
 
 #include <gtest/gtest.h>
 
@@ -22,14 +20,8 @@ std::vector<std::string> childNames(const MenuNode& node)
     return names;
 }
 
-class FrmMainTest : public ::testing::Test {
+class FrmMainTest : public test::MainFormTest {
 protected:
-    FrmMainTest()
-    {
-        activeForm.setMainForm(&form);
-        activeForm.set(&form);
-    }
-
     // Gives every entry a command, as if every feature were built.
     void wireEverything()
     {
@@ -41,15 +33,7 @@ protected:
         form.refreshAvailability();
     }
 
-    test::SimHarness h;
-    ActiveForm activeForm;
-    LogWindowContext logContext { h.settings,
-        [] {
-            return ui::ScreenSize { 28800, 16200 };
-        },
-        test::programFolder() };
-    AppLogs logs { h.globals, logContext, h.loop, activeForm };
-    frmMain form { { h.globals, h.settings, h.dialogs, logs, test::programFolder() } };
+    frmMain& form = makeForm();
 };
 
 TEST_F(FrmMainTest, MenuBarHoldsEveryMenuInOrderWithItsCaption)
