@@ -55,6 +55,7 @@ frmMain::frmMain(MainFormContext context)
     lblCONFIG_BIT.setCaption("Configured");
     listControls();
     refreshAvailability();
+    showVoltageCalibration();
 }
 
 frmMain::~frmMain() = default;

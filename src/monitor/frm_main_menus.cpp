@@ -19,7 +19,7 @@ using platform::ui::MenuItem;
 
 MenuNode entry(MenuItem& item, std::string caption, std::vector<MenuNode> children = {})
 {
-    item.setCaption(caption);
+    item.setCaption(std::move(caption));
     return { &item, std::move(children) };
 }
 

@@ -97,6 +97,7 @@ TEST_F(FrmMainTest, EveryNameThePolicyAndTheCommandsUseIsAControlOnceOnly)
 
 TEST_F(FrmMainTest, OnlyWiredEntriesAreAvailable)
 {
+    EXPECT_FALSE(form.mnuCal470.visible()); // until a target asks for it
     EXPECT_TRUE(form.mnuEventLog.enabled());
     EXPECT_TRUE(form.mnuExit.enabled());
     EXPECT_TRUE(form.mnuFile.enabled());
