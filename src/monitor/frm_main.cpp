@@ -1,6 +1,7 @@
 #include "monitor/frm_main.h"
 
 #include "core/app_logs.h"
+#include "core/error_handler.h"
 #include "core/globals.h"
 #include "core/settings_table.h"
 #include "driver/cls_main.h"
@@ -82,6 +83,19 @@ void frmMain::buildStatusBar()
 }
 
 void frmMain::LoadMainForm(clsMain& main)
+{
+    try {
+        loadMainForm(main);
+    } catch (const std::exception& e) {
+        if (!context_.errors)
+            throw;
+        if (context_.errors->ReportError(AppError { 1, e.what(), kAppTitle }, "Main", "Load")
+            == ErrorResponse::Retry)
+            LoadMainForm(main);
+    }
+}
+
+void frmMain::loadMainForm(clsMain& main)
 {
     main_ = &main;
     const AppGlobals& g = context_.globals;

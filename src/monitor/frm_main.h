@@ -27,6 +27,7 @@ namespace zv {
 
 struct AppGlobals;
 class AppLogs;
+class ErrorHandler;
 class clsMain;
 
 struct MainFormContext {
@@ -37,6 +38,8 @@ struct MainFormContext {
     std::string programFolder;
     // The system's browser; without one the link entries stay unavailable.
     platform::Desktop* desktop = nullptr;
+    // Where a failure of LoadMainForm goes; without one it reaches the caller.
+    ErrorHandler* errors = nullptr;
 };
 
 // The steps of LoadMainForm that belong to the live monitor; each runs at its place when set.
@@ -260,6 +263,7 @@ private:
     void listControls();
     void setCommand(platform::ui::MenuItem& item, bool on);
     void setLoggingCommands();
+    void loadMainForm(clsMain& main);
     void showTitle();
     void showPanels();
     void showTargetLinks();

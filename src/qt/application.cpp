@@ -71,7 +71,7 @@ void Application::bindWindow(platform::ui::Window& window)
 void Application::start()
 {
     mainForm_ = std::make_unique<frmMain>(
-        MainFormContext { globals_, settings_, dialogs_, logs_, programFolder_, &desktop_ });
+        MainFormContext { globals_, settings_, dialogs_, logs_, programFolder_, &desktop_, &errors_ });
     mainForm_->onExit = [] { QCoreApplication::quit(); };
     auto form = makeMainForm(*mainForm_);
     dialogs_.setParent(form.get());

@@ -1,3 +1,5 @@
+#include "core/error_handler.h"
+#include "core/temp_folder.h"
 #include "main_form_fixture.h"
 #include "monitor/main_title.h"
 
@@ -231,6 +233,29 @@ TEST_F(FrmMainTest, LoadMainFormOfflineLeavesConnectAndPortOnly)
     EXPECT_FALSE(form.mnuPollAllContinuously.enabled());
     EXPECT_FALSE(form.mnuReadAllNodes.enabled());
     EXPECT_TRUE(form.mnuExit.enabled());
+}
+
+TEST(FrmMainErrors, AFailedLoadIsReportedAndCanBeRetried)
+{
+    testing::TempFolder folder;
+    test::SimHarness h;
+    ActiveForm active;
+    AppLogs logs { h.globals, { h.settings, [] { return ui::ScreenSize {}; }, folder.path().string() },
+        h.loop, active };
+    ErrorHandler errors(h.dialogs, h.loop, folder.file("error.log"), {});
+    frmMain form({ h.globals, h.settings, h.dialogs, logs, test::programFolder(), nullptr, &errors });
+    int attempts = 0;
+    form.monitorSteps.plot = [&] {
+        if (++attempts == 1)
+            throw std::runtime_error("plot not ready");
+    };
+    h.dialogs.answerMessage(platform::Answer::Retry);
+    form.LoadMainForm(h.main());
+    EXPECT_EQ(attempts, 2);
+    EXPECT_EQ(h.dialogs.lastShown().title, "Application Error");
+    EXPECT_NE(h.dialogs.lastShown().text.find("    Procedure: Load\n"), std::string::npos);
+    const std::string record = folder.read("error.log");
+    EXPECT_NE(record.find("\tMain\tLoad\t1\tplot not ready\tRetry"), std::string::npos) << record;
 }
 
 TEST_F(FrmMainTest, LoadMainFormOnUsbDemoWithVoltageCalibration)
