@@ -20,6 +20,7 @@ struct I2cBus {
     std::string_view nameSubstring, const std::filesystem::path& sysRoot = "/sys");
 
 // The adapter name of one bus device ("/dev/i2c-3"), or empty text.
-[[nodiscard]] std::string i2cBusName(const std::string& device, const std::filesystem::path& sysRoot = "/sys");
+[[nodiscard]] std::string i2cBusName(
+    const std::string& device, const std::filesystem::path& sysRoot = "/sys");
 
 } // namespace zv

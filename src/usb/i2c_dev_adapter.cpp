@@ -43,7 +43,8 @@ std::uint8_t writeAddress(std::uint8_t address)
 
 } // namespace
 
-I2cDevAdapter::I2cDevAdapter(std::unique_ptr<I2cDevice> device, std::string selector, std::filesystem::path sysRoot)
+I2cDevAdapter::I2cDevAdapter(
+    std::unique_ptr<I2cDevice> device, std::string selector, std::filesystem::path sysRoot)
     : device_(std::move(device))
     , selector_(std::move(selector))
     , sysRoot_(std::move(sysRoot))
@@ -83,8 +84,7 @@ int I2cDevAdapter::Connect(bool connect)
     if (fd < 0)
         return kUsbAbsent;
     fd_ = fd;
-    if (device_->ioctl(fd_, I2C_FUNCS, &functions_) != 0
-        || !has(I2C_FUNC_I2C | I2C_FUNC_SMBUS_WORD_DATA)) {
+    if (device_->ioctl(fd_, I2C_FUNCS, &functions_) != 0 || !has(I2C_FUNC_I2C | I2C_FUNC_SMBUS_WORD_DATA)) {
         disconnect();
         return kUsbAbsent;
     }
@@ -93,7 +93,9 @@ int I2cDevAdapter::Connect(bool connect)
     return kUsbOk;
 }
 
-void I2cDevAdapter::Configure(int, int, int) { }
+void I2cDevAdapter::Configure(int, int, int)
+{
+}
 
 std::optional<std::string> I2cDevAdapter::GetVersion()
 {

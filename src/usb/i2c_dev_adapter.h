@@ -16,8 +16,8 @@ namespace zv {
 class I2cDevAdapter : public UsbAdapter {
 public:
     // selector: a device path ("/dev/i2c-3") or a part of the adapter's sysfs name ("CP2112").
-    I2cDevAdapter(std::unique_ptr<I2cDevice> device, std::string selector,
-        std::filesystem::path sysRoot = "/sys");
+    I2cDevAdapter(
+        std::unique_ptr<I2cDevice> device, std::string selector, std::filesystem::path sysRoot = "/sys");
     ~I2cDevAdapter() override;
     I2cDevAdapter(const I2cDevAdapter&) = delete;
     I2cDevAdapter& operator=(const I2cDevAdapter&) = delete;
@@ -45,10 +45,11 @@ private:
     // Words and short blocks go through the kernel's SMBus transfer unless only plain I2C carries a PEC.
     [[nodiscard]] bool smbusCarriesPec() const;
     [[nodiscard]] int selectTarget(std::uint8_t address);
-    [[nodiscard]] int smbusTransfer(std::uint8_t address, std::uint8_t command, bool read, int size, void* data);
+    [[nodiscard]] int smbusTransfer(
+        std::uint8_t address, std::uint8_t command, bool read, int size, void* data);
     [[nodiscard]] int rawWrite(std::uint8_t address, std::vector<std::uint8_t> bytes);
-    [[nodiscard]] int rawRead(std::uint8_t address, std::uint8_t command, std::vector<std::uint8_t>& payload,
-        bool block);
+    [[nodiscard]] int rawRead(
+        std::uint8_t address, std::uint8_t command, std::vector<std::uint8_t>& payload, bool block);
     void disconnect();
 
     std::unique_ptr<I2cDevice> device_;

@@ -39,7 +39,8 @@ public:
         std::uint8_t address, std::uint8_t command, std::uint8_t& high, std::uint8_t& low)
         = 0;
     // The data without the length byte; left as it was on failure.
-    [[nodiscard]] virtual int ReadBlock(std::uint8_t address, std::uint8_t command, std::vector<std::uint8_t>& data)
+    [[nodiscard]] virtual int ReadBlock(
+        std::uint8_t address, std::uint8_t command, std::vector<std::uint8_t>& data)
         = 0;
 };
 

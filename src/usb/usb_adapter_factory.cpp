@@ -35,7 +35,8 @@ UsbAdapterChoice chooseUsbAdapter(std::string_view setting, const std::filesyste
 {
     setting = trimmed(setting);
     if (setting.starts_with(kSocketPrefix))
-        return { UsbAdapterChoice::Backend::Socket, std::string(trimmed(setting.substr(kSocketPrefix.size()))) };
+        return { UsbAdapterChoice::Backend::Socket,
+            std::string(trimmed(setting.substr(kSocketPrefix.size()))) };
     if (setting.starts_with(kI2cPrefix))
         setting = trimmed(setting.substr(kI2cPrefix.size()));
     if (setting.empty())
@@ -48,7 +49,8 @@ std::unique_ptr<UsbAdapter> makeUsbAdapter(std::string_view setting, const std::
     auto choice = chooseUsbAdapter(setting, sysRoot);
     if (choice.backend == UsbAdapterChoice::Backend::Socket)
         return std::make_unique<SocketUsbAdapter>(std::move(choice.target));
-    return std::make_unique<I2cDevAdapter>(std::make_unique<SystemI2cDevice>(), std::move(choice.target), sysRoot);
+    return std::make_unique<I2cDevAdapter>(
+        std::make_unique<SystemI2cDevice>(), std::move(choice.target), sysRoot);
 }
 
 std::string readUsbAdapterSetting(const std::string& iniFile)

@@ -63,7 +63,7 @@ UsbLink::UsbLink(UsbLinkServices services)
 
 UsbLink::~UsbLink() = default;
 
-std::uint8_t UsbLink::address7() const
+std::uint8_t UsbLink::targetAddress() const
 {
     return static_cast<std::uint8_t>(s_.globals.gAddress7);
 }
@@ -164,7 +164,7 @@ int UsbLink::usbWaitIdleStatus(std::uint8_t& status, std::uint8_t& extra)
     int result = 0;
     for (;;) {
         // The status byte is the first data byte of the word, the extra byte the second.
-        if (usbReadWord(address7(), smbus::kFileStatus, extra, status) != kUsbOk) {
+        if (usbReadWord(targetAddress(), smbus::kFileStatus, extra, status) != kUsbOk) {
             result = 1;
             break;
         }
@@ -188,7 +188,7 @@ void UsbLink::targetOperationDone()
 
 bool UsbLink::writeManufacturerAccess(int word)
 {
-    const bool ok = usbWriteIntWord(address7(), smbus::kManufacturerAccess, word) == kUsbOk;
+    const bool ok = usbWriteIntWord(targetAddress(), smbus::kManufacturerAccess, word) == kUsbOk;
     targetOperationDone();
     return ok;
 }
@@ -196,10 +196,11 @@ bool UsbLink::writeManufacturerAccess(int word)
 int UsbLink::queryManufacturerAccess(int request, int requestFailed, int answerUnreadable)
 {
     int result = requestFailed;
-    if (usbWriteIntWord(address7(), smbus::kManufacturerAccess, request) == kUsbOk) {
+    if (usbWriteIntWord(targetAddress(), smbus::kManufacturerAccess, request) == kUsbOk) {
         int value = 0;
-        result = usbReadIntWord(address7(), smbus::kManufacturerAccess, value) == kUsbOk ? value
-                                                                                        : answerUnreadable;
+        result = usbReadIntWord(targetAddress(), smbus::kManufacturerAccess, value) == kUsbOk
+            ? value
+            : answerUnreadable;
     }
     targetOperationDone();
     return result;
@@ -218,7 +219,7 @@ int UsbLink::usbGetAccessLevel()
 int UsbLink::usbGetHardwareState()
 {
     int value = 0;
-    const int status = usbReadIntWord(address7(), smbus::kManufacturerAccess, value);
+    const int status = usbReadIntWord(targetAddress(), smbus::kManufacturerAccess, value);
     targetOperationDone();
     return status == kUsbOk ? value : -1;
 }
@@ -251,8 +252,8 @@ bool UsbLink::usbGetScaling()
     }
     int specification = 0;
     int mode = 0;
-    const bool ok = usbReadIntWord(address7(), smbus::kSpecificationInfo, specification) == kUsbOk
-        && usbReadIntWord(address7(), smbus::kBatteryMode, mode) == kUsbOk;
+    const bool ok = usbReadIntWord(targetAddress(), smbus::kSpecificationInfo, specification) == kUsbOk
+        && usbReadIntWord(targetAddress(), smbus::kBatteryMode, mode) == kUsbOk;
     targetOperationDone();
     if (ok)
         scaling_ = scalingFrom(specification, mode);

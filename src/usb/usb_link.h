@@ -50,6 +50,8 @@ public:
     std::string usbOpen();
     void usbRelease();
     [[nodiscard]] bool opened() const { return UsbAdapter_ != nullptr; }
+    // gAddress7, the address of the target operations.
+    [[nodiscard]] std::uint8_t targetAddress() const;
 
     // Each returns the status of its last try; 0 at once, touching nothing, when released.
     int usbBlockRead(std::uint8_t address, std::uint8_t command, std::vector<std::uint8_t>& data);
@@ -84,7 +86,6 @@ private:
     // Up to three tries of one transfer; stops early on success or when stopAfterFailure.
     int withRetries(const std::function<int()>& transfer, const std::function<std::string()>& logText,
         bool transmitted, bool stopAfterFailure = false);
-    [[nodiscard]] std::uint8_t address7() const;
     [[nodiscard]] bool writeManufacturerAccess(int word);
     [[nodiscard]] int queryManufacturerAccess(int request, int requestFailed, int answerUnreadable);
     void targetOperationDone();
