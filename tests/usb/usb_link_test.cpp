@@ -233,12 +233,4 @@ TEST_F(UsbLinkTest, FailedTargetOperationsGiveTheirNumbers)
     EXPECT_FALSE(usb.usbGetScaling());
 }
 
-TEST_F(UsbLinkTest, DemoModeScalesByOne)
-{
-    globals.gDemo = true;
-    EXPECT_TRUE(link().usbGetScaling());
-    EXPECT_EQ(link().scaling().VScale, 1);
-    EXPECT_EQ(link().scaling().IPScale, 1);
-}
-
 } // namespace
