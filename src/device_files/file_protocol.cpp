@@ -235,17 +235,17 @@ FileReply FileProtocol::FileAccessRequest(const FileRequest& request)
 {
     if (s_.demo)
         return demoRequest(request);
-    if (auto* link = usb())
-        return usbRequest(*link, request);
+    UsbLink* const link = usb();
 
     // Step 1: the device must not be busy; a bad status here answers an earlier request.
-    const auto idle = waitWhileBusy(request.file, settings_.T_sts_to_sts, "FileStatusOnly");
+    const auto idle = link ? usbStatus(*link, request.file)
+                           : waitWhileBusy(request.file, settings_.T_sts_to_sts, "FileStatusOnly");
     if (!idle.ok)
         return {};
     (void)report(idle.status, request.file);
 
     // Step 2: the request and the status that answers it.
-    const auto accepted = FileStatus(request);
+    const auto accepted = link ? usbFileStatus(*link, request) : FileStatus(request);
     if (!accepted.ok || !report(accepted.status, request.file))
         return { false, {}, accepted.status, accepted.extra };
     if (request.statusOnly)
@@ -253,10 +253,14 @@ FileReply FileProtocol::FileAccessRequest(const FileRequest& request)
 
     if (request.access == 0) {
         std::vector<std::uint8_t> data;
-        if (!FileRead(data))
+        const bool read = link ? link->usbBlockRead(link->targetAddress(), smbus::kFileRead, data) == kUsbOk
+                               : FileRead(data);
+        if (!read)
             return {};
         return { true, toHex(data), accepted.status, accepted.extra };
     }
+    if (link)
+        return usbWrite(*link, request, accepted.status, accepted.extra);
     if (request.blockSize != 0)
         return blockMode(request, accepted.extra,
             [this](std::span<const std::uint8_t> block, int extra) { return FileWrite(block, extra, 0); });
@@ -291,41 +295,25 @@ FileProtocol::Status FileProtocol::usbStatus(UsbLink& usb, int file)
     return { true, status, extra };
 }
 
-FileReply FileProtocol::usbRequest(UsbLink& usb, const FileRequest& request)
+FileProtocol::Status FileProtocol::usbFileStatus(UsbLink& usb, const FileRequest& request)
 {
-    const auto address = usb.targetAddress();
-    // Step 1: the device must not be busy; a bad status here answers an earlier request.
-    const auto idle = usbStatus(usb, request.file);
-    if (!idle.ok)
-        return {};
-    (void)report(idle.status, request.file);
-
-    // Step 2: the request and the status that answers it.
-    if (usb.usbBlockWrite(address, smbus::kFileAccess, requestBlock(request)) != kUsbOk)
+    if (usb.usbBlockWrite(usb.targetAddress(), smbus::kFileAccess, requestBlock(request)) != kUsbOk)
         return {};
     s_.loop.sleep(settings_.T_cmd_to_sts);
-    const auto accepted = usbStatus(usb, request.file);
-    if (!accepted.ok || !report(accepted.status, request.file))
-        return { false, {}, accepted.status, accepted.extra };
-    if (request.statusOnly)
-        return { true, {}, accepted.status, accepted.extra };
+    return usbStatus(usb, request.file);
+}
 
-    if (request.access == 0) {
-        std::vector<std::uint8_t> data;
-        if (usb.usbBlockRead(address, smbus::kFileRead, data) != kUsbOk)
-            return {};
-        return { true, toHex(data), accepted.status, accepted.extra };
-    }
+FileReply FileProtocol::usbWrite(UsbLink& usb, const FileRequest& request, int status, int extra)
+{
     if (request.blockSize != 0)
-        return usbBootLoader(usb, request, accepted.extra);
-
-    if (usb.usbBlockWrite(address, smbus::kFileWrite, request.data) != kUsbOk)
+        return usbBootLoader(usb, request, extra);
+    if (usb.usbBlockWrite(usb.targetAddress(), smbus::kFileWrite, request.data) != kUsbOk)
         return {};
     // No status poll after a write on the adapter: the wait is slept in whole seconds.
     for (int round = 0; round < request.writeWait / kUsbWriteWaitRoundMs; ++round)
         s_.loop.wait(kUsbWriteWaitRoundMs);
-    notifyWriteStatus(accepted.status);
-    return { true, {}, accepted.status, accepted.extra };
+    notifyWriteStatus(status);
+    return { true, {}, status, extra };
 }
 
 FileReply FileProtocol::usbBootLoader(UsbLink& usb, const FileRequest& request, int extra)

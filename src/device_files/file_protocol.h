@@ -101,8 +101,11 @@ private:
     using BlockWriter = std::function<Status(std::span<const std::uint8_t> block, int extra)>;
     [[nodiscard]] FileReply blockMode(const FileRequest& request, int extra, const BlockWriter& writeBlock,
         const std::function<Status()>& finalStatus = {});
-    [[nodiscard]] FileReply usbRequest(UsbLink& usb, const FileRequest& request);
+    // The steps over the USB adapter: the status (waited for while busy), the request with the
+    // status that answers it, and the data write.
     [[nodiscard]] Status usbStatus(UsbLink& usb, int file);
+    [[nodiscard]] Status usbFileStatus(UsbLink& usb, const FileRequest& request);
+    [[nodiscard]] FileReply usbWrite(UsbLink& usb, const FileRequest& request, int status, int extra);
     [[nodiscard]] FileReply usbBootLoader(UsbLink& usb, const FileRequest& request, int extra);
     [[nodiscard]] UsbLink* usb() const { return s_.usbLink ? s_.usbLink() : nullptr; }
     void notifyWriteStatus(int status);
