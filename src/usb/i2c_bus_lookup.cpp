@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <filesystem>
 #include <fstream>
 #include <map>
 
@@ -47,12 +48,12 @@ std::string firstLine(const fs::path& path)
 }
 
 // Bus number to adapter name, over both folders (the first folder that names a bus wins).
-std::map<int, std::string> busNames(const fs::path& sysRoot)
+std::map<int, std::string> busNames(const std::string& sysRoot)
 {
     std::map<int, std::string> names;
     for (const char* folder : kBusFolders) {
         std::error_code error;
-        for (const auto& entry : fs::directory_iterator(sysRoot / folder, error)) {
+        for (const auto& entry : fs::directory_iterator(fs::path(sysRoot) / folder, error)) {
             const auto number = busNumber(entry.path().filename().string());
             if (!number || names.contains(*number))
                 continue;
@@ -66,7 +67,7 @@ std::map<int, std::string> busNames(const fs::path& sysRoot)
 
 } // namespace
 
-std::optional<I2cBus> findI2cBus(std::string_view nameSubstring, const fs::path& sysRoot)
+std::optional<I2cBus> findI2cBus(std::string_view nameSubstring, const std::string& sysRoot)
 {
     const auto wanted = lower(nameSubstring);
     if (wanted.empty())
@@ -77,7 +78,7 @@ std::optional<I2cBus> findI2cBus(std::string_view nameSubstring, const fs::path&
     return std::nullopt;
 }
 
-std::string i2cBusName(const std::string& device, const fs::path& sysRoot)
+std::string i2cBusName(const std::string& device, const std::string& sysRoot)
 {
     const auto number = busNumber(fs::path(device).filename().string());
     if (!number)

@@ -43,8 +43,7 @@ std::uint8_t writeAddress(std::uint8_t address)
 
 } // namespace
 
-I2cDevAdapter::I2cDevAdapter(
-    std::unique_ptr<I2cDevice> device, std::string selector, std::filesystem::path sysRoot)
+I2cDevAdapter::I2cDevAdapter(std::unique_ptr<I2cDevice> device, std::string selector, std::string sysRoot)
     : device_(std::move(device))
     , selector_(std::move(selector))
     , sysRoot_(std::move(sysRoot))

@@ -8,7 +8,6 @@
 #include "usb/i2c_device.h"
 #include "usb/usb_adapter.h"
 
-#include <filesystem>
 #include <memory>
 
 namespace zv {
@@ -16,8 +15,7 @@ namespace zv {
 class I2cDevAdapter : public UsbAdapter {
 public:
     // selector: a device path ("/dev/i2c-3") or a part of the adapter's sysfs name ("CP2112").
-    I2cDevAdapter(
-        std::unique_ptr<I2cDevice> device, std::string selector, std::filesystem::path sysRoot = "/sys");
+    I2cDevAdapter(std::unique_ptr<I2cDevice> device, std::string selector, std::string sysRoot = "/sys");
     ~I2cDevAdapter() override;
     I2cDevAdapter(const I2cDevAdapter&) = delete;
     I2cDevAdapter& operator=(const I2cDevAdapter&) = delete;
@@ -54,7 +52,7 @@ private:
 
     std::unique_ptr<I2cDevice> device_;
     std::string selector_;
-    std::filesystem::path sysRoot_;
+    std::string sysRoot_;
     std::string path_;
     std::string name_;
     int fd_ = -1;

@@ -21,7 +21,7 @@ std::string_view trimmed(std::string_view text)
     return text;
 }
 
-std::string knownBridge(const std::filesystem::path& sysRoot)
+std::string knownBridge(const std::string& sysRoot)
 {
     for (const auto name : kKnownUsbBridges)
         if (const auto bus = findI2cBus(name, sysRoot))
@@ -31,7 +31,7 @@ std::string knownBridge(const std::filesystem::path& sysRoot)
 
 } // namespace
 
-UsbAdapterChoice chooseUsbAdapter(std::string_view setting, const std::filesystem::path& sysRoot)
+UsbAdapterChoice chooseUsbAdapter(std::string_view setting, const std::string& sysRoot)
 {
     setting = trimmed(setting);
     if (setting.starts_with(kSocketPrefix))
@@ -44,7 +44,7 @@ UsbAdapterChoice chooseUsbAdapter(std::string_view setting, const std::filesyste
     return { UsbAdapterChoice::Backend::I2cDev, std::string(setting) };
 }
 
-std::unique_ptr<UsbAdapter> makeUsbAdapter(std::string_view setting, const std::filesystem::path& sysRoot)
+std::unique_ptr<UsbAdapter> makeUsbAdapter(std::string_view setting, const std::string& sysRoot)
 {
     auto choice = chooseUsbAdapter(setting, sysRoot);
     if (choice.backend == UsbAdapterChoice::Backend::Socket)

@@ -10,7 +10,6 @@
 
 #include "usb/usb_adapter.h"
 
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -28,11 +27,11 @@ struct UsbAdapterChoice {
 };
 
 [[nodiscard]] UsbAdapterChoice chooseUsbAdapter(
-    std::string_view setting, const std::filesystem::path& sysRoot = "/sys");
+    std::string_view setting, const std::string& sysRoot = "/sys");
 
 // The adapter for a setting as above; it is connected by UsbLink::usbOpen.
 [[nodiscard]] std::unique_ptr<UsbAdapter> makeUsbAdapter(
-    std::string_view setting, const std::filesystem::path& sysRoot = "/sys");
+    std::string_view setting, const std::string& sysRoot = "/sys");
 
 // The setting as Zentavia.ini gives it (empty when the key is missing).
 [[nodiscard]] std::string readUsbAdapterSetting(const std::string& iniFile);

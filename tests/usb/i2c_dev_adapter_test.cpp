@@ -14,6 +14,7 @@
 #include <linux/i2c.h>
 
 #include <cerrno>
+#include <filesystem>
 
 #include <gtest/gtest.h>
 
@@ -108,7 +109,7 @@ protected:
         auto device = std::make_unique<FakeI2c>();
         fake = device.get();
         fake->functions = functions;
-        adapter = std::make_unique<I2cDevAdapter>(std::move(device), "/dev/i2c-4", sys.path());
+        adapter = std::make_unique<I2cDevAdapter>(std::move(device), "/dev/i2c-4", sys.path().string());
         EXPECT_EQ(adapter->Connect(true), kUsbOk);
         fake->calls.clear();
         return *adapter;
@@ -132,7 +133,7 @@ TEST_F(I2cDevAdapterTest, AnAdapterWithPecUsesTheKernelsSmbusTransfers)
     auto device = std::make_unique<FakeI2c>();
     device->functions = I2C_FUNC_I2C | I2C_FUNC_SMBUS_PEC | kSmbusOnly;
     auto* raw = device.get();
-    I2cDevAdapter pecAdapter(std::move(device), "/dev/i2c-4", sys.path());
+    I2cDevAdapter pecAdapter(std::move(device), "/dev/i2c-4", sys.path().string());
     ASSERT_EQ(pecAdapter.Connect(true), kUsbOk);
     ASSERT_EQ(raw->calls.size(), 1u);
     EXPECT_EQ(raw->calls[0].request, static_cast<unsigned long>(I2C_PEC));
@@ -235,6 +236,7 @@ TEST_F(I2cDevAdapterTest, KernelErrorsBecomeAdapterStatuses)
 
 TEST_F(I2cDevAdapterTest, TheBusIsFoundByItsAdaptersName)
 {
+    const std::string root = sys.path().string();
     std::filesystem::create_directories(sys.path() / "class/i2c-dev/i2c-1");
     std::filesystem::create_directories(sys.path() / "class/i2c-dev/i2c-7");
     std::filesystem::create_directories(sys.path() / "bus/i2c/devices/i2c-12");
@@ -242,15 +244,15 @@ TEST_F(I2cDevAdapterTest, TheBusIsFoundByItsAdaptersName)
     sys.write("class/i2c-dev/i2c-7/name", "CP2112 SMBus Bridge on hidraw2\n");
     sys.write("bus/i2c/devices/i2c-12/name", "MCP2221 usb-i2c bridge\n");
 
-    EXPECT_EQ(findI2cBus("cp2112", sys.path())->device, "/dev/i2c-7");
-    EXPECT_EQ(findI2cBus("MCP2221", sys.path())->device, "/dev/i2c-12");
-    EXPECT_FALSE(findI2cBus("FT260", sys.path()));
-    EXPECT_EQ(i2cBusName("/dev/i2c-7", sys.path()), "CP2112 SMBus Bridge on hidraw2");
+    EXPECT_EQ(findI2cBus("cp2112", root)->device, "/dev/i2c-7");
+    EXPECT_EQ(findI2cBus("MCP2221", root)->device, "/dev/i2c-12");
+    EXPECT_FALSE(findI2cBus("FT260", root));
+    EXPECT_EQ(i2cBusName("/dev/i2c-7", root), "CP2112 SMBus Bridge on hidraw2");
 
     auto device = std::make_unique<FakeI2c>();
     device->functions = I2C_FUNC_I2C | kSmbusOnly;
     auto* raw = device.get();
-    I2cDevAdapter byName(std::move(device), "CP2112", sys.path());
+    I2cDevAdapter byName(std::move(device), "CP2112", root);
     EXPECT_FALSE(byName.GetVersion()) << "no version before the bus is open";
     ASSERT_EQ(byName.Connect(true), kUsbOk);
     EXPECT_EQ(raw->opened, std::vector<std::string> { "/dev/i2c-7" });
@@ -258,19 +260,19 @@ TEST_F(I2cDevAdapterTest, TheBusIsFoundByItsAdaptersName)
 
     raw->openable = false;
     EXPECT_EQ(byName.Connect(true), kUsbAbsent) << "the bus cannot be opened";
-    I2cDevAdapter missing(std::make_unique<FakeI2c>(), "FT260", sys.path());
+    I2cDevAdapter missing(std::make_unique<FakeI2c>(), "FT260", root);
     EXPECT_EQ(missing.Connect(true), kUsbAbsent);
-    I2cDevAdapter noFunctions(std::make_unique<FakeI2c>(), "/dev/i2c-7", sys.path());
+    I2cDevAdapter noFunctions(std::make_unique<FakeI2c>(), "/dev/i2c-7", root);
     EXPECT_EQ(noFunctions.Connect(true), kUsbAbsent) << "a bus that carries no SMBus words";
 
     using Backend = UsbAdapterChoice::Backend;
-    const auto socket = chooseUsbAdapter(" socket:/run/user/1000/zentavia-usb.sock", sys.path());
+    const auto socket = chooseUsbAdapter(" socket:/run/user/1000/zentavia-usb.sock", root);
     EXPECT_EQ(socket.backend, Backend::Socket);
     EXPECT_EQ(socket.target, "/run/user/1000/zentavia-usb.sock");
-    EXPECT_EQ(chooseUsbAdapter("i2c:CP2112", sys.path()).target, "CP2112");
-    EXPECT_EQ(chooseUsbAdapter("/dev/i2c-3", sys.path()).target, "/dev/i2c-3");
-    EXPECT_EQ(chooseUsbAdapter("", sys.path()).target, "/dev/i2c-7") << "the first known bridge";
-    EXPECT_EQ(chooseUsbAdapter("", sys.path() / "none").target, "CP2112");
+    EXPECT_EQ(chooseUsbAdapter("i2c:CP2112", root).target, "CP2112");
+    EXPECT_EQ(chooseUsbAdapter("/dev/i2c-3", root).target, "/dev/i2c-3");
+    EXPECT_EQ(chooseUsbAdapter("", root).target, "/dev/i2c-7") << "the first known bridge";
+    EXPECT_EQ(chooseUsbAdapter("", (sys.path() / "none").string()).target, "CP2112");
     const auto ini = sys.write("Zentavia.ini", "[Setup]\nCommunications=1\nUsbAdapter=i2c:MCP2221\n");
     EXPECT_EQ(readUsbAdapterSetting(ini), "i2c:MCP2221");
 }
