@@ -66,6 +66,8 @@ void I2cDevAdapter::disconnect()
 
 int I2cDevAdapter::Connect(bool connect)
 {
+    if (connect && fd_ >= 0)
+        return kUsbOk;
     disconnect();
     if (!connect)
         return kUsbOk;

@@ -258,6 +258,9 @@ TEST_F(I2cDevAdapterTest, TheBusIsFoundByItsAdaptersName)
     EXPECT_EQ(raw->opened, std::vector<std::string> { "/dev/i2c-7" });
     EXPECT_EQ(byName.GetVersion(), "CP2112 SMBus Bridge on hidraw2 (/dev/i2c-7)");
 
+    EXPECT_EQ(byName.Connect(true), kUsbOk);
+    EXPECT_EQ(raw->opened.size(), 1u) << "connecting again keeps the open bus";
+    EXPECT_EQ(byName.Connect(false), kUsbOk);
     raw->openable = false;
     EXPECT_EQ(byName.Connect(true), kUsbAbsent) << "the bus cannot be opened";
     I2cDevAdapter missing(std::make_unique<FakeI2c>(), "FT260", root);
