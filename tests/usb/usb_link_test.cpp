@@ -137,8 +137,10 @@ TEST_F(UsbLinkTest, EachTryIsLoggedAndTriesAre25msApart)
 
     log.clear();
     script.failTransfers = 5;
+    const auto failing = loop.milliseconds();
     EXPECT_EQ(usb.usbWriteWord(0x0B, 0x00, 0x30, 0x00), 3) << "the last status after three tries";
     EXPECT_EQ(log.size(), 3u);
+    EXPECT_EQ(loop.milliseconds() - failing, 75);
 
     log.clear();
     int value = 0;
