@@ -1,11 +1,14 @@
 #include "qt/application.h"
 
+#include "connection/frm_comm_port.h"
+#include "connection/frm_smbus_address.h"
 #include "core/error_log.h"
 #include "core/paths.h"
 #include "platform/desktop.h"
 #include "platform/ui/twips.h"
 #include "qt/connection_forms.h"
 #include "qt/log_forms.h"
+#include "qt/main_form.h"
 #include "qt/splash_form.h"
 #include "startup/demo_capture.h"
 #include "startup/program_entry.h"
@@ -13,6 +16,7 @@
 
 #include <QApplication>
 #include <QScreen>
+#include <QSystemTrayIcon>
 
 #include <clocale>
 
@@ -59,7 +63,10 @@ Application::Application(std::vector<std::string> arguments)
 {
     logs_.onWindowCreated = [this](platform::ui::Window& window) { bindWindow(window); };
     dialogs_.fallbackNotify = [this](const std::string& title, const std::string& text) {
-        logs_.LogEvent(title.empty() ? text : title + ": " + text);
+        if (mainForm_)
+            mainForm_->NotifyInStatusBar(title, text);
+        else
+            logs_.LogEvent(title.empty() ? text : title + ": " + text);
     };
     (void)binder_.bind(splash_, makeSplashForm());
 }
@@ -91,6 +98,7 @@ bool Application::start()
 StartupParts Application::startupParts()
 {
     StartupParts parts;
+    parts.BuildMenuPolicy = [this] { menuPolicy_ = BuildMenuPolicy(); };
     parts.createMain = [this]() -> clsMain& { return createMain(); };
     parts.showModemLog = [this] {
         auto& log = logs_.modemLog();
@@ -112,10 +120,13 @@ DetectionHooks Application::detectionHooks()
     hooks.mainFormLoaded = [this] { return mainFormLoaded(); };
     hooks.showMainForm = [this] { showMainForm(); };
     hooks.hideMainForm = [this] {
-        if (mainShell_)
-            mainShell_->hide();
+        if (mainForm_)
+            mainForm_->hide();
     };
-    hooks.loadMainForm = [] {};
+    hooks.loadMainForm = [this] {
+        if (mainForm_ && main_)
+            mainForm_->LoadMainForm(*main_);
+    };
     hooks.openLogin = [this] { access_->OpenLogin(); };
     return hooks;
 }
@@ -150,32 +161,84 @@ clsMain& Application::createMain()
 
 bool Application::mainFormLoaded() const
 {
-    return mainShell_ && mainShell_->loaded();
+    return mainForm_ && mainForm_->loaded();
 }
 
+// Loads and shows frmMain and makes it the active form; its load runs LoadMainForm.
 void Application::showMainForm()
 {
-    if (!mainShell_) {
-        mainShell_ = std::make_unique<MainShell>();
-        mainShell_->mnuEventLog.onClick = [this] { logs_.eventLog().show(); };
-        mainShell_->mnuCommunicationsLog.onClick = [this] { logs_.modemLog().show(); };
-        mainShell_->mnuExit.onClick = [this] {
-            if (closeMainWindow())
-                mainShell_->unload();
-        };
-        mainShell_->onExit = [this] { endProgram(); };
-        auto form = makeMainShellForm();
-        dialogs_.setParent(form.get());
-        (void)binder_.bind(*mainShell_, std::move(form));
-    }
-    activeForm_.setMainForm(mainShell_.get());
-    activeForm_.set(mainShell_.get());
-    mainShell_->show();
-    if (access_) {
-        access_->mainWindow().window = mainShell_.get();
-        access_->GetUserLevelFromHardware();
-    }
+    if (!mainForm_)
+        createMainForm();
+    activeForm_.setMainForm(mainForm_.get());
+    activeForm_.set(mainForm_.get());
+    if (access_)
+        access_->mainWindow().window = mainForm_.get();
+    mainForm_->show();
+    mainForm_->LoadMainForm(*main_);
+    mainForm_->AddTrayIcon();
     startup_.detection.lanNotice.mainActivated(dialogs_);
+}
+
+void Application::createMainForm()
+{
+    mainForm_ = std::make_unique<frmMain>(
+        MainFormContext { globals_, settings_, dialogs_, logs_, programFolder_, &desktop_, &errors_ });
+    mainForm_->menuPolicy = [this](frmMain& window) {
+        ApplyMenuPolicy(
+            window, menuPolicy_, menuPolicyContext(globals_, [this] { return main_->UserAccessLevel(); }));
+    };
+    mainForm_->userLevelReader = [this](frmMain&) { access_->GetUserLevelFromHardware(); };
+    mainForm_->closeRequested = [this] { return closeMainWindow(); };
+    mainForm_->onExit = [this] { endProgram(); };
+    wireMainMenus();
+    auto form = makeMainForm(*mainForm_);
+    dialogs_.setParent(form.get());
+    dialogs_.setTrayIcon(form->findChild<QSystemTrayIcon*>("trayIcon"));
+    (void)binder_.bind(*mainForm_, std::move(form));
+}
+
+// The commands of the start-up, the access and the connection subsystems.
+void Application::wireMainMenus()
+{
+    frmMain& w = *mainForm_;
+    w.mnuConnect.onClick = [this] { reconnect(); };
+    w.mnuChangeUserAccessLevel.onClick = [this] { access_->mnuChangeUserAccessLevel_Click(); };
+    w.mnuAccessLevel.onClick = [this] { access_->mnuAccessLevel_Click(); };
+    w.mnuConfigCommPort.onClick = [this] {
+        frmCommPort dialog(portDialogServices(), eventLoopModal(loop_),
+            [this](const std::string& text) { mainForm_->sbStatusBar.setPanelText(kCommPanel, text); });
+        bindWindow(dialog);
+        dialog.Show();
+    };
+    w.mnuSmbusAddress.onClick = [this] {
+        auto& usb = main_->CellWeft().Usb;
+        SMBusAddressServices services { globals_, dialogs_,
+            [&usb](int address7, int command, std::uint8_t& high, std::uint8_t& low) {
+                return usb.usbReadWord(
+                    static_cast<std::uint8_t>(address7), static_cast<std::uint8_t>(command), high, low);
+            },
+            [this](const std::string& text) { mainForm_->sbStatusBar.setPanelText(kAlarmsPanel, text); },
+            eventLoopModal(loop_), &errors_ };
+        frmSMBusAddress dialog(std::move(services));
+        bindWindow(dialog);
+        dialog.Show();
+    };
+    w.mnuGenerateDemoINI.onClick = [this] {
+        (void)GenerateDemoINI(main_->CellWeft(), globals_,
+            { {}, [this](bool all) { mainForm_->disableAllCommands(all); },
+                [this](bool all) { mainForm_->enableAllCommands(all); },
+                [this](int pointer) { setMousePointer(pointer); } });
+    };
+    w.refreshAvailability();
+}
+
+void Application::setMousePointer(int pointer)
+{
+    constexpr int kHourglass = 11;
+    if (pointer == kHourglass)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QApplication::restoreOverrideCursor();
 }
 
 bool Application::closeMainWindow()
@@ -190,12 +253,7 @@ PortDialogServices Application::portDialogServices()
 {
     PortDialogServices services { main_->CellWeft(), globals_, settings_, dialogs_, programFolder_,
         systemPortProber(settings_) };
-    services.busyPointer = [](bool busy) {
-        if (busy)
-            QApplication::setOverrideCursor(Qt::WaitCursor);
-        else
-            QApplication::restoreOverrideCursor();
-    };
+    services.busyPointer = [this](bool busy) { setMousePointer(busy ? 11 : 0); };
     services.errors = &errors_;
     return services;
 }
@@ -215,7 +273,12 @@ CommPortChoice Application::commPortError(int code)
 MainWindowAccess Application::mainWindowAccess()
 {
     MainWindowAccess access;
-    access.window = mainShell_.get();
+    access.window = mainForm_.get();
+    access.UpdateMenus = [this] {
+        if (mainForm_)
+            mainForm_->UpdateMenus();
+    };
+    access.SetMousePointer = [this](int pointer) { setMousePointer(pointer); };
     access.mnuConnect_Click = [this] { reconnect(); };
     access.showModal = modalOn(loop_);
     return access;
@@ -247,9 +310,11 @@ void Application::releaseAll()
         logs_.eventLog().unload();
     splash_.unload();
     dialogs_.setParent(nullptr);
-    if (mainShell_) {
-        mainShell_->onExit = nullptr;
-        mainShell_->unload();
+    dialogs_.setTrayIcon(nullptr);
+    if (mainForm_) {
+        mainForm_->onExit = nullptr;
+        mainForm_->closeRequested = nullptr;
+        mainForm_->unload();
     }
 }
 

@@ -4,16 +4,18 @@
 // StartApplication and answers their hooks with the real windows.
 
 #include "access/login.h"
+#include "access/menu_policy.h"
 #include "core/active_form.h"
 #include "core/app_logs.h"
 #include "core/error_handler.h"
 #include "core/globals.h"
 #include "driver/cls_main.h"
+#include "monitor/frm_main.h"
 #include "platform/ini_settings_store.h"
+#include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_serial_port.h"
 #include "qt/binder.h"
-#include "qt/main_shell.h"
 #include "qt/qt_dialogs.h"
 #include "qt/single_instance.h"
 #include "startup/frm_splash.h"
@@ -44,6 +46,9 @@ private:
     [[nodiscard]] DetectionHooks detectionHooks();
     clsMain& createMain();
     void showMainForm();
+    void createMainForm();
+    void wireMainMenus();
+    void setMousePointer(int pointer);
     [[nodiscard]] bool mainFormLoaded() const;
     [[nodiscard]] bool closeMainWindow();
     [[nodiscard]] std::vector<int> availablePorts();
@@ -62,6 +67,7 @@ private:
     SingleInstance instance_;
     platform::QtEventLoop loop_;
     QtDialogs dialogs_;
+    platform::QtDesktop desktop_;
     ActiveForm activeForm_;
     Binder binder_;
     AppLogs logs_;
@@ -69,7 +75,8 @@ private:
     std::unique_ptr<platform::QtSerialPort> port_;
     std::unique_ptr<clsMain> main_;
     std::unique_ptr<UserAccess> access_;
-    std::unique_ptr<MainShell> mainShell_;
+    clsMenuCol menuPolicy_;
+    std::unique_ptr<frmMain> mainForm_;
     frmSplash splash_;
     Startup startup_;
 };
