@@ -41,6 +41,17 @@ char localeDecimalSeparator()
         : '.';
 }
 
+// The command lock of the transport in use.
+CommandLock commandLock(clsCellWeft& driver, bool usbTransport)
+{
+    if (!usbTransport)
+        return busCommandLock(driver.Bus);
+    UsbLink& usb = driver.Usb;
+    return { [&usb] { return usb.usbUnlockDevice(); }, [&usb] { return usb.usbEnableUlmarCommandSet(); },
+        [&usb] { return usb.usbDisableUlmarCommandSet(); }, [&usb] { return usb.usbLockDevice(); },
+        [&usb] { return usb.usbGetAccessLevel(); } };
+}
+
 std::string versionText()
 {
     return "Version " + QCoreApplication::applicationVersion().toStdString();
@@ -106,6 +117,11 @@ StartupParts Application::startupParts()
         log.show();
     };
     parts.availablePorts = [this] { return availablePorts(); };
+    parts.openUsbAdapter = [this] {
+        auto& usb = main_->CellWeft().Usb;
+        (void)usb.usbOpen();
+        return usb.opened();
+    };
     parts.commPortError = [this](int code) { return commPortError(code); };
     parts.endProgram = [this] { endProgram(); };
     parts.reportError = [this](const std::string& description) {
@@ -128,6 +144,12 @@ DetectionHooks Application::detectionHooks()
             mainForm_->LoadMainForm(*main_);
     };
     hooks.openLogin = [this] { access_->OpenLogin(); };
+    hooks.usbProbeAddress = [this](int address8) {
+        std::uint8_t high = 0;
+        std::uint8_t low = 0;
+        return main_->CellWeft().Usb.usbReadWord(static_cast<std::uint8_t>(address8 >> 1), 0, high, low) == 0;
+    };
+    hooks.connectStep = [this] { reconnect(); };
     return hooks;
 }
 
@@ -152,8 +174,8 @@ clsMain& Application::createMain()
     main_ = std::make_unique<clsMain>(std::move(services), dialogs_);
     main_->hooks.readDirectoryStatus
         = [this](int percent) { splash_.setStatus("Loading... " + std::to_string(percent) + "%"); };
-    access_ = std::make_unique<UserAccess>(
-        AccessServices { *main_, globals_, dialogs_, busCommandLock(main_->CellWeft().Bus) },
+    access_ = std::make_unique<UserAccess>(AccessServices { *main_, globals_, dialogs_,
+                                               commandLock(main_->CellWeft(), globals_.usbTransport()) },
         mainWindowAccess());
     access_->onWindowCreated = [this](platform::ui::Window& window) { bindWindow(window); };
     return *main_;
@@ -298,7 +320,11 @@ void Application::reconnect()
 void Application::endProgram()
 {
     EndProgram(globals_.usbTransport(),
-        { {}, [this] { releaseAll(); }, [this] { main_.reset(); }, [] { QCoreApplication::quit(); } });
+        { [this] {
+             if (main_)
+                 main_->CellWeft().Usb.usbRelease();
+         },
+            [this] { releaseAll(); }, [this] { main_.reset(); }, [] { QCoreApplication::quit(); } });
 }
 
 void Application::releaseAll()

@@ -24,6 +24,7 @@ constexpr int kStoredKeyFile = 16;
 constexpr int kStoredKeyRecord = 2;
 constexpr int kAlgorithmBit3 = 0x08;
 constexpr int kScanPauseMs = 2000;
+constexpr int kUsbReopenPauseMs = 1000;
 constexpr const char* kAlgorithmEnable = "Algorithm Enable";
 constexpr const char* kSetBit3Command = "0D000000";
 constexpr const char* kCommitCommand = "03000000";
@@ -65,19 +66,56 @@ void TargetDetection::ShowStartupFault(StartupFault reason)
     s_.splash.show();
 }
 
+bool TargetDetection::usb() const
+{
+    return s_.globals.usbTransport();
+}
+
+int TargetDetection::unlockDevice()
+{
+    auto& d = main_->CellWeft();
+    return usb() ? d.Usb.usbUnlockDevice() : d.Bus.UnlockDevice();
+}
+
+bool TargetDetection::enableCommandSet()
+{
+    auto& d = main_->CellWeft();
+    return usb() ? d.Usb.usbEnableUlmarCommandSet() : d.Bus.EnableUlmarCommandSet();
+}
+
+int TargetDetection::unlockFailure(int result)
+{
+    ShowStartupFault(StartupFault::UnableToConnect);
+    if (!usb())
+        return detect::kNoAnswer;
+    switch (result) {
+    case -1:
+        return detect::kUsbUnlockFailed;
+    case -2:
+        return detect::kUsbUnlockFailed2;
+    case -3:
+        return detect::kUsbUnlockFailed3;
+    default:
+        return detect::kUsbFailed;
+    }
+}
+
 int TargetDetection::DetectTarget(bool targetChosen)
 {
     auto& d = main_->CellWeft();
-    if (d.Bus.UnlockDevice() != 0) {
-        ShowStartupFault(StartupFault::UnableToConnect);
-        return detect::kNoAnswer;
+    if (usb()) {
+        d.Usb.usbRelease();
+        s_.loop.wait(kUsbReopenPauseMs);
+        (void)d.Usb.usbOpen();
     }
-    if (!d.Bus.EnableUlmarCommandSet()) {
+    if (const int unlocked = unlockDevice(); unlocked != 0)
+        return unlockFailure(unlocked);
+    if (!enableCommandSet()) {
         ShowStartupFault(StartupFault::CommunicationError);
         return detect::kLoaded;
     }
     (void)d.GetScaling();
-    switch (d.Bus.GetHardwareState()) {
+    switch (usb() ? d.Usb.usbGetHardwareState() : d.Bus.GetHardwareState()) {
     case -1:
         ShowStartupFault(StartupFault::CommunicationError);
         return detect::kCommunicationError;
@@ -93,7 +131,7 @@ int TargetDetection::DetectTarget(bool targetChosen)
     s_.splash.show();
     s_.splash.setStatus("Loading application...");
     if (!targetChosen) {
-        const int id = d.Bus.GetTargetID();
+        const int id = usb() ? d.Usb.usbGetTargetID() : d.Bus.GetTargetID();
         if (id < 0) {
             ShowStartupFault(StartupFault::UnableToConnect);
             return detect::kNoAnswer;
@@ -101,7 +139,8 @@ int TargetDetection::DetectTarget(bool targetChosen)
         if (!identifyTarget(hex(id, 4)))
             return detect::kUnknownTarget;
     }
-    if (s_.globals.gTargetID == "1003" && isSealedLevel(d.Bus.GetAccessLevel()))
+    if (s_.globals.gTargetID == "1003"
+        && isSealedLevel(usb() ? d.Usb.usbGetAccessLevel() : d.Bus.GetAccessLevel()))
         return sealed();
 
     const int loaded = loadConfiguration();
@@ -307,8 +346,8 @@ void TargetDetection::MigrateStoredKey()
     }
     (void)writeRecord(kStoredKeyFile, kStoredKeyRecord, std::vector<std::uint8_t>(8, 0xFF));
     if (g.gPasswordBytes != g.gNoPassword) {
-        (void)d.Bus.UnlockDevice();
-        (void)d.Bus.EnableUlmarCommandSet();
+        (void)unlockDevice();
+        (void)enableCommandSet();
         (void)writeRecord(kPasswordFile, 0, { g.gPasswordBytes.begin(), g.gPasswordBytes.end() });
     }
     (void)d.WriteCommandFile(kCommitCommand);

@@ -32,6 +32,11 @@ inline constexpr int kSealed = 0x8004;
 inline constexpr int kUnknownTarget = 0xEFFF;
 inline constexpr int kNoAnswer = 0xFFFB;
 inline constexpr int kCommunicationError = 0xFFFF;
+// The USB adapter's unlock failed with -1, -2, -3 or otherwise.
+inline constexpr int kUsbUnlockFailed = 0x8001;
+inline constexpr int kUsbUnlockFailed2 = 0x8002;
+inline constexpr int kUsbUnlockFailed3 = 0x8003;
+inline constexpr int kUsbFailed = 0x800F;
 } // namespace detect
 
 inline constexpr const char* kRecordNeverWritten = "FFFFFFFFFFFFFFFF";
@@ -45,7 +50,7 @@ struct DetectionHooks {
     std::function<void()> loadMainForm; // LoadMainForm of a main window that is up
     std::function<void()> openLogin; // frmLogin
     std::function<void()> openBootStrapLoader; // frmBootStrapLoader, modeless; may be empty
-    // The USB adapter's word read of command 0 at an 8-bit address, for btnScan; empty on the dongle.
+    // The USB adapter's word read of command 0 at an 8-bit address, for btnScan: true when it answered.
     std::function<bool(int address8)> usbProbeAddress;
     std::function<void()> connectStep; // the main window's connection step, after a scan found the target
 };
@@ -88,6 +93,11 @@ public:
     LanNotice lanNotice;
 
 private:
+    // The command lock of the active transport.
+    [[nodiscard]] bool usb() const;
+    [[nodiscard]] int unlockDevice();
+    [[nodiscard]] bool enableCommandSet();
+    [[nodiscard]] int unlockFailure(int result);
     [[nodiscard]] bool identifyTarget(const std::string& id);
     void selectTarget(const TargetRecord& target);
     [[nodiscard]] int sealed();
