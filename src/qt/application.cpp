@@ -169,6 +169,11 @@ clsMain& Application::createMain()
     services.mainWindowActive
         = [this] { return activeForm_.get() != nullptr && activeForm_.get() == activeForm_.mainForm(); };
     services.activeWindow = [] { return UnsolicitedTarget::Other; };
+    services.linkRecovered = [this] {
+        if (access_)
+            access_->GetUserLevelFromHardware();
+    };
+    services.endProgram = [this] { endProgram(); };
     if (globals_.gDemo)
         services.demo = demoFileSource(globals_.gDemoFile);
     main_ = std::make_unique<clsMain>(std::move(services), dialogs_);
