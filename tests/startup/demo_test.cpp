@@ -4,6 +4,7 @@
 #include "access/pack_key.h"
 #include "core/ini_values.h"
 #include "core/temp_folder.h"
+#include "platform/ini_file.h"
 #include "startup/demo_capture.h"
 #include "startup_fixture.h"
 
@@ -74,6 +75,20 @@ TEST_F(DemoTest, TheProgramRunsFromTheCaptureWithoutTheBus)
     EXPECT_EQ(demo.CellWeft().Parameters.display.VScale, 1);
     EXPECT_TRUE(sim.port.written().empty());
     EXPECT_TRUE(calls.empty()) << "the caller shows the main window";
+}
+
+TEST_F(DemoTest, TheShippedCaptureHoldsTheDirectoryTheSimulatedPackServes)
+{
+    const std::string file = folder.file("demo.ini");
+    capture(file);
+    const auto fresh = platform::IniFile::load(file);
+    const auto shipped = platform::IniFile::load(test::programFolder() + "/demo.ini");
+    EXPECT_EQ(shipped.keys("Data"), fresh.keys("Data")) << "remake it: zentavia-make-demo-ini data/demo.ini";
+    for (const std::string& key : fresh.keys("Data")) {
+        if (key.starts_with("Dir")) {
+            EXPECT_EQ(shipped.value("Data", key), fresh.value("Data", key)) << key;
+        }
+    }
 }
 
 TEST_F(DemoTest, TheShippedCaptureStartsTheWholeProgram)
