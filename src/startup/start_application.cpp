@@ -8,6 +8,7 @@
 #include "driver/cls_main.h"
 #include "link/dongle_link.h"
 #include "platform/dialogs.h"
+#include "platform/serial_port.h"
 
 #include <exception>
 #include <filesystem>
@@ -109,12 +110,12 @@ void Startup::readSetup()
 void Startup::startDongle()
 {
     const int result = main_->CellWeft().SMBus_Init();
-    if (result == kPortInUse) {
+    if (result == platform::kPortErrorInUse) {
         splash_.unload();
         (void)askCommPortError(result);
         return;
     }
-    if (result == kPortMissing || result == kDongleNotAnswering) {
+    if (result == platform::kPortErrorNoSuchPort || result == kDongleNotAnswering) {
         switch (searchForDongle()) {
         case SearchResult::Found:
             break;

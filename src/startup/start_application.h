@@ -13,8 +13,6 @@
 
 namespace zv {
 
-inline constexpr int kPortMissing = 8002;
-inline constexpr int kPortInUse = 8005;
 inline constexpr int kFoundPauseMs = 2000;
 inline constexpr int kNextPortPauseMs = 1000;
 
