@@ -15,12 +15,6 @@
 
 namespace zv {
 
-namespace {
-
-constexpr int kDefaultUsbAddress7 = 11;
-
-} // namespace
-
 Startup::Startup(DetectionServices detectionServices, platform::SettingsStore& settings, StartupParts parts,
     DetectionHooks hooks)
     : detection(detectionServices, hooks)
@@ -103,7 +97,7 @@ void Startup::readSetup()
     (void)GetINIValue("Setup", "Protocol", ini);
     int address = static_cast<int>(Val(GetINIValue("Setup", "Address", ini)));
     if (address == 0 && globals_.usbTransport())
-        address = kDefaultUsbAddress7;
+        address = kUsbDefaultAddress7;
     globals_.setAddress(address);
 }
 
