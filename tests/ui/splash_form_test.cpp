@@ -4,8 +4,8 @@
 #include "qt/binder.h"
 #include "qt/splash_form.h"
 #include "startup/frm_splash.h"
+#include "ui/widgets_app.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
@@ -15,18 +15,9 @@
 namespace zv::qt {
 namespace {
 
-void ensureWidgets()
-{
-    static int argc = 1;
-    static char name[] = "test_ui";
-    static char* argv[] = { name, nullptr };
-    if (!QApplication::instance())
-        new QApplication(argc, argv);
-}
-
 TEST(SplashForm, EveryControlFindsItsWidgetAndTheFaultScreenShowsItsButtons)
 {
-    ensureWidgets();
+    test::ensureWidgets();
     platform::VirtualEventLoop loop;
     frmSplash splash(loop, "Version 3.0.0");
     Binder binder;
