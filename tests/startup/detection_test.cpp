@@ -1,5 +1,7 @@
 // Target detection against the in-process pack: every result and the splash screen it leaves.
 
+#include "access/frm_login.h"
+#include "access/login.h"
 #include "startup_fixture.h"
 
 #include <gtest/gtest.h>
@@ -125,6 +127,23 @@ TEST_F(SealedZK9470, StopsAtTheSealBeforeAnyConfiguration)
     EXPECT_EQ(sim.driver().Status(), 1);
     EXPECT_EQ(activeForm.get(), &splash);
     EXPECT_TRUE(splash.tmrSplash->enabled()) << "the splash leaves for the login";
+}
+
+TEST_F(SealedZK9470, TheRightPasswordInTheLoginLoadsTheTarget)
+{
+    int result = detect();
+    ASSERT_EQ(result, detect::kSealed);
+    MainWindowAccess mainWindow;
+    mainWindow.mnuConnect_Click = [&] { result = detection().DetectTarget(false); };
+    UserAccess access({ sim.main(), sim.globals, sim.dialogs, busCommandLock(sim.driver().Bus) }, mainWindow);
+    access.OpenLogin();
+    access.login().txtPassword.userEdit("engineer");
+    access.login().cmdLogon.click();
+
+    EXPECT_EQ(result, detect::kLoaded);
+    EXPECT_EQ(sim.main().UserAccessLevel(), 2);
+    EXPECT_EQ(sim.driver().nodes.Count(), 16);
+    EXPECT_TRUE(called("showMainForm"));
 }
 
 TEST_F(SealedZK9460, ReadsItsFilesThenOpensTheLoginAndHidesTheMainWindow)
