@@ -17,7 +17,7 @@ namespace {
 TEST(ProgramEntry, SwitchesSetTheirFlagsWhateverTheirCase)
 {
     test::SimHarness sim;
-    const ProgramEntry entry { { "/PP /Cal470\t/al", "/unknown /BootLoader /breakonerror" }, false, '.',
+    const ProgramEntry entry { { "/PP /Cal470\t/al", "/unknown /BootLoader /breakonerror" }, false, ',',
         "/nowhere" };
     ASSERT_TRUE(Main(entry, sim.globals, sim.dialogs));
     const auto& g = sim.globals;
@@ -26,16 +26,8 @@ TEST(ProgramEntry, SwitchesSetTheirFlagsWhateverTheirCase)
     EXPECT_TRUE(g.gAccessMenuEnabled);
     EXPECT_TRUE(g.gLoaderOnly);
     EXPECT_FALSE(g.gBreakOnError) << "only the first five arguments count";
-    EXPECT_EQ(g.gListSep, ",");
     EXPECT_EQ(g.gDemoFile, "/nowhere/demo.ini");
-}
-
-TEST(ProgramEntry, ADecimalCommaMakesTheSemicolonTheListSeparator)
-{
-    test::SimHarness sim;
-    ASSERT_TRUE(Main({ {}, false, ',', "/nowhere" }, sim.globals, sim.dialogs));
-    EXPECT_EQ(sim.globals.gDecimalSep, ',');
-    EXPECT_EQ(sim.globals.gListSep, ";");
+    EXPECT_EQ(g.gListSep, ";") << "a decimal comma makes the semicolon the list separator";
 }
 
 TEST(ProgramEntry, DemoWithoutItsFileSaysSoAndStartsNormally)
