@@ -25,8 +25,9 @@ void dispatch(const CommandLine& line, CliSession& session, std::ostream& out)
     else if (line.command == "get")
         runGet(session, argument(0), line.node, out);
     else if (line.command == "sbread")
-        runSbRead(
-            session, parseNumber(argument(0), "The SMBus command", 0, 255), line.block, line.format, out);
+        runSbRead(session,
+            { parseNumber(argument(0), "The SMBus command", 0, 255), line.block, line.format, line.extended },
+            out);
     else if (line.command == "capture-demo")
         runCaptureDemo(session, line.arguments.empty() ? session.globals().gDemoFile : argument(0), out);
 }

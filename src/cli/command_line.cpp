@@ -24,7 +24,7 @@ constexpr std::array kCommands {
     CommandSpec { "dir", 0, 0, "dir" },
     CommandSpec { "read-file", 1, 1, "read-file N" },
     CommandSpec { "get", 1, 1, "get NAME [--node N]" },
-    CommandSpec { "sbread", 1, 1, "sbread CMD [--block] [--format F]" },
+    CommandSpec { "sbread", 1, 1, "sbread CMD [--block] [--format F] [--extended]" },
     CommandSpec { "capture-demo", 0, 1, "capture-demo [FILE]" },
 };
 
@@ -41,6 +41,8 @@ Commands:
                        --node N reads it for cell N (0, the default, is the gateway).
   sbread CMD           SMBus read of command CMD (decimal, or hex with 0x) as a word, or
                        with --block as a block; --format HEX|UINT|SINT|STR (default HEX).
+                       The read goes with the extended command set closed, as the smart-
+                       battery data answer; --extended keeps it open (blocks 0x80, 0xEE).
   capture-demo [FILE]  Capture the attached device for demo mode: the target id, every
                        directory record and every readable file. FILE defaults to demo.ini
                        in the program folder.
@@ -77,10 +79,11 @@ struct Options {
     QCommandLineOption node { "node", "get: cell N; 0 is the gateway.", "N" };
     QCommandLineOption block { "block", "sbread: read a block instead of a word." };
     QCommandLineOption format { "format", "sbread: HEX, UINT, SINT or STR.", "F" };
+    QCommandLineOption extended { "extended", "sbread: keep the extended command set open." };
 
     void addTo(QCommandLineParser& parser) const
     {
-        parser.addOptions({ help, port, usb, demo, home, address, node, block, format });
+        parser.addOptions({ help, port, usb, demo, home, address, node, block, format, extended });
     }
 };
 
@@ -102,6 +105,7 @@ void checkCommandOptions(const QCommandLineParser& parser, const Options& option
     onlyFor(options.node, "get");
     onlyFor(options.block, "sbread");
     onlyFor(options.format, "sbread");
+    onlyFor(options.extended, "sbread");
     if (parser.isSet(options.port) && parser.isSet(options.usb))
         throw usage("--port and --usb name two links; give one.");
 }
@@ -160,6 +164,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     if (parser.isSet(options.node))
         line.node = parseNumber(parser.value(options.node).toStdString(), "--node", 0, 255);
     line.block = parser.isSet(options.block);
+    line.extended = parser.isSet(options.extended);
     if (parser.isSet(options.format)) {
         const auto format = parseSbdFormat(parser.value(options.format).toStdString());
         if (!format)

@@ -16,6 +16,7 @@ struct CommandLine {
     std::vector<std::string> arguments;
     int node = 0; // get --node
     bool block = false; // sbread --block
+    bool extended = false; // sbread --extended
     SbdFormat format = SbdFormat::HEX; // sbread --format
     bool help = false;
 };

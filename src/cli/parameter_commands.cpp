@@ -36,7 +36,9 @@ void runGet(CliSession& session, const std::string& name, int node, std::ostream
         throw CliError("Reading \"" + parameter->ParameterName + "\" failed.");
     if (node > 0 && !isPerNodeFile(parameter->FileNumber))
         driver.Transfer.applyValue(*parameter, text);
-    out << parameter->ParameterName << ": " << parameter->ToString(0, driver.Parameters.display) << '\n';
+    std::string value = parameter->ToString(0, driver.Parameters.display);
+    value.erase(value.find_last_not_of(' ') + 1); // a parameter without a unit
+    out << parameter->ParameterName << ": " << value << '\n';
 }
 
 } // namespace zv::cli

@@ -1,5 +1,5 @@
-// sbread: an SMBus word or block read by command number, with the command set closed as the
-// SBData read/write utility has it.
+// sbread: an SMBus word or block read by command number. Like the SBData read/write utility it
+// closes the extended command set first, unless asked to keep it open.
 
 #include "cli/cli_error.h"
 #include "cli/cli_session.h"
@@ -10,24 +10,25 @@
 
 namespace zv::cli {
 
-void runSbRead(CliSession& session, int command, bool block, SbdFormat format, std::ostream& out)
+void runSbRead(CliSession& session, const SbReadRequest& request, std::ostream& out)
 {
     if (session.demo())
         throw CliError("sbread needs an attached pack; demo mode has none.");
     session.connect();
     auto& bus = session.driver().Bus;
-    (void)bus.DisableUlmarCommandSet();
-    const auto byte = static_cast<std::uint8_t>(command);
-    if (block) {
-        const auto data = bus.SMBus_ReadBlock(byte);
+    if (!request.extended)
+        (void)bus.DisableUlmarCommandSet();
+    const auto command = static_cast<std::uint8_t>(request.command);
+    if (request.block) {
+        const auto data = bus.SMBus_ReadBlock(command);
         if (!data)
             throw CliError("Error: Please verify SMB Data Type");
-        out << blockText(*data, format) << '\n';
+        out << blockText(*data, request.format) << '\n';
     } else {
-        const auto word = bus.SMBus_ReadWord(byte);
+        const auto word = bus.SMBus_ReadWord(command);
         if (!word)
             throw CliError("Error");
-        out << wordText(*word, format) << '\n';
+        out << wordText(*word, request.format) << '\n';
     }
 }
 

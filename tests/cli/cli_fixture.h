@@ -1,0 +1,48 @@
+#pragma once
+// zentavia-cli runs against the in-process pack simulator on the virtual clock: the command line
+// in, what went to stdout and stderr and the exit status out.
+
+#include "cli/cli_runner.h"
+#include "cli/cli_settings_store.h"
+#include "support/sim_harness.h"
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace zv::test {
+
+struct CliRun {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+class CliTest : public ::testing::Test {
+protected:
+    explicit CliTest(zvsim::PackOptions options = {})
+        : sim(options)
+    {
+    }
+
+    CliRun run(const std::vector<std::string>& arguments, const std::string& home = programFolder())
+    {
+        std::vector<std::string> line { "zentavia-cli" };
+        line.insert(line.end(), arguments.begin(), arguments.end());
+        std::ostringstream out;
+        std::ostringstream err;
+        CliRun result;
+        result.status = cli::runCli(line, { sim.port, sim.loop, settings, home, out, err });
+        result.out = out.str();
+        result.err = err.str();
+        return result;
+    }
+
+    SimHarness sim;
+    // As zentavia-cli has it: the user's settings below, this run's own values on top.
+    cli::CliSettingsStore settings { sim.settings };
+};
+
+} // namespace zv::test
