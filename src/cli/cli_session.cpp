@@ -206,7 +206,7 @@ void CliSession::identify()
             throw cannotConnect(kNoAnswer);
         globals_.gTargetID = targetIdText(id);
     }
-    const auto target = findTargetById(globals_.gINIFile, globals_.gTargetID);
+    const auto target = findTargetById(readTargetTable(globals_.gINIFile), globals_.gTargetID);
     if (!target)
         throw startupFault("The attached device is reporting an unsupported target application.\nTargetID = "
                 + globals_.gTargetID,

@@ -6,6 +6,7 @@
 #include "core/val.h"
 #include "platform/ini_file.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -33,12 +34,11 @@ TargetRecord readRecord(const platform::IniFile& ini, int n)
     return t;
 }
 
-template <typename Match> std::optional<TargetRecord> findTarget(const std::string& iniFile, Match match)
+template <typename Match>
+std::optional<TargetRecord> findTarget(const std::vector<TargetRecord>& table, Match match)
 {
-    for (auto& target : readTargetTable(iniFile))
-        if (match(target))
-            return std::move(target);
-    return std::nullopt;
+    const auto found = std::find_if(table.begin(), table.end(), match);
+    return found == table.end() ? std::nullopt : std::optional<TargetRecord>(*found);
 }
 
 std::string configFile(const TargetRecord& target, const std::string& programFolder, const std::string& file)
@@ -58,14 +58,14 @@ std::vector<TargetRecord> readTargetTable(const std::string& iniFile)
     return targets;
 }
 
-std::optional<TargetRecord> findTargetById(const std::string& iniFile, std::string_view id)
+std::optional<TargetRecord> findTargetById(const std::vector<TargetRecord>& table, std::string_view id)
 {
-    return findTarget(iniFile, [&](const TargetRecord& t) { return t.ID == id; });
+    return findTarget(table, [&](const TargetRecord& t) { return t.ID == id; });
 }
 
-std::optional<TargetRecord> findTargetByName(const std::string& iniFile, std::string_view name)
+std::optional<TargetRecord> findTargetByName(const std::vector<TargetRecord>& table, std::string_view name)
 {
-    return findTarget(iniFile, [&](const TargetRecord& t) { return t.Name == name; });
+    return findTarget(table, [&](const TargetRecord& t) { return t.Name == name; });
 }
 
 std::string targetIdText(int id)

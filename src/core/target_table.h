@@ -27,11 +27,14 @@ struct TargetRecord {
     long FS = 0;
 };
 
-// The records in order; NumberOfTargets 0 or missing gives none.
+// The records in order; NumberOfTargets 0 or missing gives none, a section missing from the file
+// a record of empty fields.
 [[nodiscard]] std::vector<TargetRecord> readTargetTable(const std::string& iniFile);
-// The first record whose ID equals the id, or whose Name equals the name.
-[[nodiscard]] std::optional<TargetRecord> findTargetById(const std::string& iniFile, std::string_view id);
-[[nodiscard]] std::optional<TargetRecord> findTargetByName(const std::string& iniFile, std::string_view name);
+// The first record whose ID equals the id (compared as text), or whose Name equals the name.
+[[nodiscard]] std::optional<TargetRecord> findTargetById(
+    const std::vector<TargetRecord>& table, std::string_view id);
+[[nodiscard]] std::optional<TargetRecord> findTargetByName(
+    const std::vector<TargetRecord>& table, std::string_view name);
 
 // gTargetID of a target id as GetTargetID gives it: the last four characters of "0000" + the id
 // in upper-case hex.

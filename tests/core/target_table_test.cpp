@@ -16,11 +16,11 @@ constexpr const char* kIni
 TEST(TargetTable, OnlyTheCountedRecordsTakePart)
 {
     testing::TempFolder folder;
-    const auto ini = folder.write("Zentavia.ini", kIni);
-    EXPECT_EQ(readTargetTable(ini).size(), 2u);
-    EXPECT_FALSE(findTargetById(ini, "1003"));
-    EXPECT_FALSE(findTargetById(ini, "1001 ")) << "ids compare as text";
-    EXPECT_EQ(findTargetByName(ini, "ZK9460S12")->section, "T2");
+    const auto table = readTargetTable(folder.write("Zentavia.ini", kIni));
+    EXPECT_EQ(table.size(), 2u);
+    EXPECT_FALSE(findTargetById(table, "1003"));
+    EXPECT_FALSE(findTargetById(table, "1001 ")) << "ids compare as text";
+    EXPECT_EQ(findTargetByName(table, "ZK9460S12")->section, "T2");
     EXPECT_TRUE(
         readTargetTable(folder.write("empty.ini", "[Setup]\nNumberOfTargets=0\n[T1]\nID=1001\n")).empty());
 }
@@ -28,7 +28,7 @@ TEST(TargetTable, OnlyTheCountedRecordsTakePart)
 TEST(TargetTable, TheMatchSetsTheTargetGlobalsAndFiles)
 {
     testing::TempFolder folder;
-    const auto target = findTargetById(folder.write("Zentavia.ini", kIni), "1002");
+    const auto target = findTargetById(readTargetTable(folder.write("Zentavia.ini", kIni)), "1002");
     ASSERT_TRUE(target);
     AppGlobals globals;
     applyTarget(globals, *target);
