@@ -20,9 +20,10 @@ struct CliRun {
     std::string err;
 };
 
-class CliTest : public ::testing::Test {
-protected:
-    explicit CliTest(zvsim::PackOptions options = {})
+// The pack and the seams of one or more runs.
+class CliRig {
+public:
+    explicit CliRig(zvsim::PackOptions options = {})
         : sim(options)
     {
     }
@@ -44,5 +45,7 @@ protected:
     // As zentavia-cli has it: the user's settings below, this run's own values on top.
     cli::CliSettingsStore settings { sim.settings };
 };
+
+class CliTest : public ::testing::Test, public CliRig { };
 
 } // namespace zv::test

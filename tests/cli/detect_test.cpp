@@ -47,87 +47,44 @@ TEST_F(CliTest, TheExitOrderLeavesThePackReadyForTheNextRun)
     EXPECT_EQ(lines(again.out).size(), 41u);
 }
 
-class TwelveCellTarget : public CliTest {
-protected:
-    TwelveCellTarget()
-        : CliTest({ .targetId = 0x1002, .cells = 12 })
-    {
-    }
-};
-
-TEST_F(TwelveCellTarget, DetectFindsItsNameAndCells)
+TEST(CliDetect, FindsTheNameAndCellsOfAnotherTarget)
 {
-    const auto result = run({ "detect" });
+    CliRig rig({ .targetId = 0x1002, .cells = 12 });
+    const auto result = rig.run({ "detect" });
     ASSERT_EQ(result.status, 0) << result.err;
     EXPECT_THAT(result.out, HasSubstr("Target ID:     1002\nTarget name:   ZK9460S12\nCells:         12\n"));
 }
 
-class UnknownTarget : public CliTest {
-protected:
-    UnknownTarget()
-        : CliTest({ .targetId = 0x0ABC })
-    {
-    }
-};
-
-TEST_F(UnknownTarget, IsReportedWithItsIdAndNothingIsPrinted)
+TEST(CliDetect, ReportsAnUnknownTargetWithItsIdButStillListsItsDirectory)
 {
-    const auto result = run({ "detect" });
+    CliRig rig({ .targetId = 0x0ABC });
+    const auto result = rig.run({ "detect" });
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.out, "");
     EXPECT_THAT(result.err,
         HasSubstr("The attached device is reporting an unsupported target application.\nTargetID = 0ABC\n"
                   "Result code 0xEFFF"));
+    EXPECT_EQ(rig.run({ "dir" }).status, 0);
 }
 
-TEST_F(UnknownTarget, StillListsItsDirectory)
+TEST(CliDetect, StopsAtASealedTarget)
 {
-    const auto result = run({ "dir" });
-    EXPECT_EQ(result.status, 0) << result.err;
-}
-
-class SealedTarget : public CliTest {
-protected:
-    SealedTarget()
-        : CliTest({ .targetId = 0x1003, .sealed = true })
-    {
+    // Target 1003 is asked for its level before its configuration is read; the others are
+    // judged by the level in their files.
+    for (const auto& options :
+        { zvsim::PackOptions { .targetId = 0x1003, .sealed = true }, zvsim::PackOptions { .level = 1 } }) {
+        CliRig rig(options);
+        const auto result = rig.run({ "detect" });
+        EXPECT_EQ(result.status, 1);
+        EXPECT_THAT(result.err, HasSubstr("The target device is sealed!\nResult code 0x8004"));
+        EXPECT_EQ(result.out, "");
     }
-};
-
-TEST_F(SealedTarget, StopsBeforeItsConfigurationIsRead)
-{
-    const auto result = run({ "detect" });
-    EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.err, HasSubstr("The target device is sealed!\nResult code 0x8004"));
-    EXPECT_EQ(result.out, "");
 }
 
-class LowLevelTarget : public CliTest {
-protected:
-    LowLevelTarget()
-        : CliTest({ .level = 1 })
-    {
-    }
-};
-
-TEST_F(LowLevelTarget, OfTheFirstTwoTargetsIsSealedOnceItsFilesAreRead)
+TEST(CliDetect, TellsThatALoaderNeedsProgramming)
 {
-    const auto result = run({ "detect" });
-    EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.err, HasSubstr("The target device is sealed!\nResult code 0x8004"));
-}
-
-class SystemLoader : public CliTest {
-protected:
-    SystemLoader()
-        : CliTest({ .state = zvsim::PackState::SystemLoader })
-    {
-    }
-};
-
-TEST_F(SystemLoader, NeedsProgramming)
-{
-    const auto result = run({ "detect" });
+    CliRig rig({ .state = zvsim::PackState::SystemLoader });
+    const auto result = rig.run({ "detect" });
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(result.err, HasSubstr("The hardware needs to be (re)programmed.\nResult code 0xFA99"));
 }
