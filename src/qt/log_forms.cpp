@@ -1,5 +1,7 @@
 #include "qt/log_forms.h"
 
+#include "qt/access_forms.h"
+
 #include <QFontDatabase>
 #include <QPlainTextEdit>
 #include <QTextEdit>
@@ -42,7 +44,7 @@ std::unique_ptr<QWidget> makeFormFor(const std::string& windowName)
         return makeEventLogForm();
     if (windowName == "frmModemLog")
         return makeModemLogForm();
-    return nullptr;
+    return makeAccessFormFor(windowName);
 }
 
 } // namespace zv::qt
