@@ -32,6 +32,13 @@ void dispatch(const CommandLine& line, CliSession& session, std::ostream& out)
         runCaptureDemo(session, line.arguments.empty() ? session.globals().gDemoFile : argument(0), out);
 }
 
+int failed(const CliError& error, const RunServices& services)
+{
+    services.out.flush();
+    services.err << "zentavia-cli: " << error.what() << '\n';
+    return error.exitCode();
+}
+
 } // namespace
 
 int runCommand(const CommandLine& line, const RunServices& services)
@@ -46,9 +53,7 @@ int runCommand(const CommandLine& line, const RunServices& services)
         services.out.flush();
         return 0;
     } catch (const CliError& error) {
-        services.out.flush();
-        services.err << "zentavia-cli: " << error.what() << '\n';
-        return error.exitCode();
+        return failed(error, services);
     }
 }
 
@@ -62,8 +67,7 @@ int runCli(const std::vector<std::string>& arguments, const RunServices& service
         }
         return runCommand(line, services);
     } catch (const CliError& error) {
-        services.err << "zentavia-cli: " << error.what() << '\n';
-        return error.exitCode();
+        return failed(error, services);
     }
 }
 
