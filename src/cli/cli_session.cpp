@@ -3,6 +3,7 @@
 #include "access/crypt_text.h"
 #include "access/pack_key.h"
 #include "cli/cli_error.h"
+#include "connection/port_dialog_services.h"
 #include "core/paths.h"
 #include "core/target_table.h"
 #include "core/val.h"
@@ -57,18 +58,17 @@ CliError communicationFailed(int code)
         std::string("Communication error to hardware. Connection failed\n") + kCheckConnections, code);
 }
 
+// A port that cannot be opened says why in its own words; a dongle that does not answer, or
+// another failure, is told as the connection dialogs tell it.
 CliError linkFailure(int number, const std::string& portText)
 {
-    std::string text = "Communications with the hardware failed.\n";
-    if (!portText.empty())
-        text += portText;
-    else if (number == kDongleNotAnswering)
-        text += "The serial port was opened successifully, but the HLK dongle was not detected.";
-    else
-        text += "An unknown error occured while attempting to connect with the hardware.  The error code "
-                "returned was: "
-            + std::to_string(number);
-    return CliError(text);
+    if (!portText.empty() && number != kDongleNotAnswering)
+        return CliError(std::string(kConnectionFailedTitle) + "\n" + portText);
+    const auto texts = connectFailureTexts(number, false);
+    std::string description = texts.description;
+    for (auto at = description.find("\r\n"); at != std::string::npos; at = description.find("\r\n", at))
+        description.erase(at, 1);
+    return CliError(texts.title + "\n" + description);
 }
 
 CliError configurationFault()

@@ -110,7 +110,8 @@ TEST_F(CliTest, LinkFailuresNameTheirCause)
     result = run({ "--port", "1", "detect" });
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(result.err,
-        HasSubstr("The serial port was opened successifully, but the HLK dongle was not detected."));
+        HasSubstr("The serial port was opened successifully, but the HLK dongle was not detected.\n\n"
+                  "Possible causes:\n"));
 }
 
 TEST_F(CliTest, ADevicePathStandsInForTheConfiguredPortForThisRunOnly)
