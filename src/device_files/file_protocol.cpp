@@ -7,6 +7,7 @@
 #include "link/smbus_transactions.h"
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
+#include "usb/usb_link.h"
 
 #include <algorithm>
 
@@ -19,6 +20,8 @@ constexpr int kExtraBytePauseMs = 250;
 constexpr int kIdlePauseMs = 10;
 constexpr int kResetRounds = 16;
 constexpr int kResetRoundMs = 1000;
+constexpr int kUsbLastBlockPauseMs = 1000;
+constexpr int kUsbWriteWaitRoundMs = 1000;
 const std::string kStatusLine = "/*T~3D\r/R3\r";
 const std::string kReadLine = "/*T~3F\r/R~00\r";
 constexpr std::size_t kMrcFirstPair = 5; // "/MRC~" then the first pair
@@ -232,15 +235,17 @@ FileReply FileProtocol::FileAccessRequest(const FileRequest& request)
 {
     if (s_.demo)
         return demoRequest(request);
+    UsbLink* const link = usb();
 
     // Step 1: the device must not be busy; a bad status here answers an earlier request.
-    const auto idle = waitWhileBusy(request.file, settings_.T_sts_to_sts, "FileStatusOnly");
+    const auto idle = link ? usbStatus(*link, request.file)
+                           : waitWhileBusy(request.file, settings_.T_sts_to_sts, "FileStatusOnly");
     if (!idle.ok)
         return {};
     (void)report(idle.status, request.file);
 
     // Step 2: the request and the status that answers it.
-    const auto accepted = FileStatus(request);
+    const auto accepted = link ? usbFileStatus(*link, request) : FileStatus(request);
     if (!accepted.ok || !report(accepted.status, request.file))
         return { false, {}, accepted.status, accepted.extra };
     if (request.statusOnly)
@@ -248,27 +253,92 @@ FileReply FileProtocol::FileAccessRequest(const FileRequest& request)
 
     if (request.access == 0) {
         std::vector<std::uint8_t> data;
-        if (!FileRead(data))
+        const bool read = link ? link->usbBlockRead(link->targetAddress(), smbus::kFileRead, data) == kUsbOk
+                               : FileRead(data);
+        if (!read)
             return {};
         return { true, toHex(data), accepted.status, accepted.extra };
     }
+    if (link)
+        return usbWrite(*link, request, accepted.status, accepted.extra);
     if (request.blockSize != 0)
-        return blockMode(request, accepted.extra);
+        return blockMode(request, accepted.extra,
+            [this](std::span<const std::uint8_t> block, int extra) { return FileWrite(block, extra, 0); });
 
     const auto written = FileWrite(request.data, accepted.extra, request.writeWait);
     if (!written.ok)
         return {};
     const int finalStatus = request.writeWait != 0 ? accepted.status : written.status;
-    if (finalStatus != 0)
-        s_.dialogs.notify("Write Status",
-            "The status code of the write operation did not return OK.\nPlease retry the last "
-            "operation. If this problem persists, please contact Norvale Systems\nStatus Code: "
-                + std::to_string(finalStatus),
-            platform::Icon::Exclamation);
+    notifyWriteStatus(finalStatus);
     return { true, {}, finalStatus, written.extra };
 }
 
-FileReply FileProtocol::blockMode(const FileRequest& request, int extra)
+void FileProtocol::notifyWriteStatus(int status)
+{
+    if (status != 0)
+        s_.dialogs.notify("Write Status",
+            "The status code of the write operation did not return OK.\nPlease retry the last "
+            "operation. If this problem persists, please contact Norvale Systems\nStatus Code: "
+                + std::to_string(status),
+            platform::Icon::Exclamation);
+}
+
+FileProtocol::Status FileProtocol::usbStatus(UsbLink& usb, int file)
+{
+    std::uint8_t status = 0;
+    std::uint8_t extra = 0;
+    if (usb.usbWaitIdleStatus(status, extra) != 0) {
+        if (status == kFileStatusBusy)
+            s_.events.FileAccessStatus(kBusyTooLongMessage, file);
+        return {};
+    }
+    return { true, status, extra };
+}
+
+FileProtocol::Status FileProtocol::usbFileStatus(UsbLink& usb, const FileRequest& request)
+{
+    if (usb.usbBlockWrite(usb.targetAddress(), smbus::kFileAccess, requestBlock(request)) != kUsbOk)
+        return {};
+    s_.loop.sleep(settings_.T_cmd_to_sts);
+    return usbStatus(usb, request.file);
+}
+
+FileReply FileProtocol::usbWrite(UsbLink& usb, const FileRequest& request, int status, int extra)
+{
+    if (request.blockSize != 0)
+        return usbBootLoader(usb, request, extra);
+    if (usb.usbBlockWrite(usb.targetAddress(), smbus::kFileWrite, request.data) != kUsbOk)
+        return {};
+    // No status poll after a write on the adapter: the wait is slept in whole seconds.
+    for (int round = 0; round < request.writeWait / kUsbWriteWaitRoundMs; ++round)
+        s_.loop.wait(kUsbWriteWaitRoundMs);
+    notifyWriteStatus(status);
+    return { true, {}, status, extra };
+}
+
+FileReply FileProtocol::usbBootLoader(UsbLink& usb, const FileRequest& request, int extra)
+{
+    // BootLoader: the blocks go out without a status poll and without retries; the status
+    // after the last block decides.
+    const bool retries = usb.UsbNoBlockRetry;
+    usb.UsbNoBlockRetry = true;
+    const auto reply = blockMode(
+        request, extra,
+        [&](std::span<const std::uint8_t> block, int blockExtra) {
+            s_.loop.processEvents();
+            const bool sent = usb.usbBlockWrite(usb.targetAddress(), smbus::kFileWrite, block) == kUsbOk;
+            return Status { sent, 0, blockExtra };
+        },
+        [&] {
+            s_.loop.wait(kUsbLastBlockPauseMs);
+            return usbStatus(usb, request.file);
+        });
+    usb.UsbNoBlockRetry = retries;
+    return reply;
+}
+
+FileReply FileProtocol::blockMode(const FileRequest& request, int extra, const BlockWriter& writeBlock,
+    const std::function<Status()>& finalStatus)
 {
     const int blocks = request.count;
     const auto blockBytes = static_cast<std::size_t>(settings_.MAX_BLOCK_TRANSFER);
@@ -280,11 +350,15 @@ FileReply FileProtocol::blockMode(const FileRequest& request, int extra)
                 "Downloading block " + std::to_string(i + 1) + " of " + std::to_string(blocks));
         const auto from = std::min(request.data.size(), static_cast<std::size_t>(i) * blockBytes);
         const auto to = std::min(request.data.size(), from + blockBytes);
-        last = FileWrite(std::span(request.data).subspan(from, to - from), last.extra, 0);
+        last = writeBlock(std::span(request.data).subspan(from, to - from), last.extra);
         if (!last.ok) {
             allSent = false;
             break;
         }
+    }
+    if (allSent && finalStatus) {
+        last = finalStatus();
+        allSent = last.ok;
     }
     if (!allSent) {
         s_.events.FirmwareDownloadComplete(false);
@@ -315,6 +389,8 @@ bool FileProtocol::waitUntilIdle()
 {
     if (s_.demo)
         return true;
+    if (auto* link = usb())
+        return link->usbWaitIdle() == 0;
     s_.loop.sleep(kIdlePauseMs);
     return waitWhileBusy(-1, settings_.T_sts_to_sts, "FileStatusOnly").ok;
 }

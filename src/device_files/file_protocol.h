@@ -1,6 +1,7 @@
 #pragma once
 // The device file protocol: request block (0x3C), status (0x3D), data write (0x3E) and data
-// read (0x3F), over the HLK dongle or from a demo capture. FileAccessRequest is the one entry.
+// read (0x3F), over the HLK dongle, over the USB adapter or from a demo capture.
+// FileAccessRequest is the one entry.
 
 #include <cstdint>
 #include <functional>
@@ -17,6 +18,7 @@ namespace zv {
 
 class CellWeftEvents;
 class DongleLink;
+class UsbLink;
 
 struct FileRequest {
     int access = 0; // 0 read, 1 write
@@ -56,6 +58,8 @@ struct FileProtocolServices {
     std::function<bool()> reInit; // SMBus_ReInit after a failed step
     bool breakOnError = false;
     DemoFileSource demo; // set in demo mode: no bus traffic at all
+    // The USB adapter link while the transport is the adapter (gTransport), else null.
+    std::function<UsbLink*()> usbLink;
 };
 
 inline constexpr const char* kBusyTooLongMessage
@@ -92,7 +96,19 @@ private:
     [[nodiscard]] bool sendWithRetries(const std::string& line, const std::string& expected, int segments,
         const char* stepName, std::string& reply);
     [[nodiscard]] bool report(int status, int file);
-    [[nodiscard]] FileReply blockMode(const FileRequest& request, int extra);
+    // Block mode: each block goes out through writeBlock; finalStatus, when given, reads the
+    // status that decides after the last block (else the last block's status decides).
+    using BlockWriter = std::function<Status(std::span<const std::uint8_t> block, int extra)>;
+    [[nodiscard]] FileReply blockMode(const FileRequest& request, int extra, const BlockWriter& writeBlock,
+        const std::function<Status()>& finalStatus = {});
+    // The steps over the USB adapter: the status (waited for while busy), the request with the
+    // status that answers it, and the data write.
+    [[nodiscard]] Status usbStatus(UsbLink& usb, int file);
+    [[nodiscard]] Status usbFileStatus(UsbLink& usb, const FileRequest& request);
+    [[nodiscard]] FileReply usbWrite(UsbLink& usb, const FileRequest& request, int status, int extra);
+    [[nodiscard]] FileReply usbBootLoader(UsbLink& usb, const FileRequest& request, int extra);
+    [[nodiscard]] UsbLink* usb() const { return s_.usbLink ? s_.usbLink() : nullptr; }
+    void notifyWriteStatus(int status);
     void resetWait();
     void noResponse();
 

@@ -5,6 +5,7 @@
 #include "core/val.h"
 #include "link/cellweft_events.h"
 #include "platform/event_loop.h"
+#include "usb/usb_adapter_factory.h"
 
 namespace zv {
 
@@ -26,6 +27,13 @@ FileProtocolSettings fileSettings(const platform::SettingsStore& store, const st
     return settings;
 }
 
+std::function<std::unique_ptr<UsbAdapter>()> usbAdapterSource(const CellWeftServices& services)
+{
+    if (services.usbAdapter)
+        return services.usbAdapter;
+    return [iniFile = services.globals.gINIFile] { return makeUsbAdapter(readUsbAdapterSetting(iniFile)); };
+}
+
 } // namespace
 
 clsCellWeft::clsCellWeft(CellWeftServices services, CellWeftEvents& events)
@@ -33,14 +41,21 @@ clsCellWeft::clsCellWeft(CellWeftServices services, CellWeftEvents& events)
         [this](int word) { MapAlarmsToStatus(word); }, services.activeWindow,
         services.globals.gBreakOnError ? &services.dialogs : nullptr })
     , Bus(Link, services.loop, events)
+    , Usb(UsbLinkServices { services.loop, services.dialogs, services.globals, usbAdapterSource(services),
+          services.modemLog, services.endProgram,
+          [this] {
+              Link.setSMBusTXStatus("");
+              Link.setSMBusRXStatus("");
+          } })
     , Conversion(services.dialogs, NumberLocale { services.globals.gDecimalSep })
     , Config(services.dialogs, GatewayParameters, nodes, Directory.DirectoryElements)
     , Files(FileProtocolServices { Link, services.loop, events, services.dialogs,
-                [this] { return SMBus_ReInit(); }, services.globals.gBreakOnError, services.demo },
+                [this] { return SMBus_ReInit(); }, services.globals.gBreakOnError, services.demo,
+                [this] { return usbTransport() ? &Usb : nullptr; } },
           fileSettings(services.settings, services.programFolder))
     , Transfer(Files, Directory, GatewayParameters, nodes, Conversion, services.globals.gDemo)
     , Parameters(ParameterAccessServices { Transfer, Files, Directory, GatewayParameters, nodes, Conversion,
-          events, services.dialogs, [this](std::uint8_t command) { return Bus.SMBus_ReadBlock(command); },
+          events, services.dialogs, [this](std::uint8_t command) { return readBlock(command); },
           services.readWriteLog, services.splashStatus, services.mainWindowActive })
     , s_(std::move(services))
     , events_(events)
@@ -60,14 +75,31 @@ int clsCellWeft::SMBus_Init()
     return Link.SMBus_Init();
 }
 
+bool clsCellWeft::usbTransport() const
+{
+    return s_.globals.usbTransport();
+}
+
 bool clsCellWeft::GetScaling()
 {
-    if (!Bus.GetScaling())
+    const bool usb = usbTransport();
+    if (usb ? !Usb.usbGetScaling() : !Bus.GetScaling())
         return false;
-    Parameters.display.VScale = Bus.scaling().VScale;
-    Parameters.display.IPScale = Bus.scaling().IPScale;
-    Parameters.display.CapacityMode = Bus.scaling().CapacityMode;
+    const Scaling& scaling = usb ? Usb.scaling() : Bus.scaling();
+    Parameters.display.VScale = scaling.VScale;
+    Parameters.display.IPScale = scaling.IPScale;
+    Parameters.display.CapacityMode = scaling.CapacityMode;
     return true;
+}
+
+std::optional<std::vector<std::uint8_t>> clsCellWeft::readBlock(std::uint8_t command)
+{
+    if (!usbTransport())
+        return Bus.SMBus_ReadBlock(command);
+    std::vector<std::uint8_t> data;
+    if (Usb.usbBlockRead(Usb.targetAddress(), command, data) != kUsbOk)
+        return std::nullopt;
+    return data;
 }
 
 bool clsCellWeft::GetDir(const DemoCapture& capture)
@@ -93,16 +125,23 @@ bool clsCellWeft::reInit(bool quiet)
         if (!quiet && s_.infoStatus && s_.mainWindowActive && s_.mainWindowActive())
             s_.infoStatus(text);
     };
-    Link.ResetHLK();
-    if (!Link.ConfigureHLK()) {
-        info("Lost of communications between the PC and Dongle");
-        return false;
+    if (usbTransport()) {
+        if (Usb.usbUnlockDevice() != 0)
+            info("Error: Unlocking the target failed.");
+        if (!Usb.usbEnableUlmarCommandSet())
+            info("Error: Enabling command set failed.");
+    } else {
+        Link.ResetHLK();
+        if (!Link.ConfigureHLK()) {
+            info("Lost of communications between the PC and Dongle");
+            return false;
+        }
+        if (Bus.UnlockDevice() != 0)
+            info("The dongle was detected but the hardware is not responding. Error: Unlock failed.");
+        if (!Bus.EnableUlmarCommandSet())
+            info("The dongle was detected but the hardware is not responding. Error: Enabling command set "
+                 "failed.");
     }
-    if (Bus.UnlockDevice() != 0)
-        info("The dongle was detected but the hardware is not responding. Error: Unlock failed.");
-    if (!Bus.EnableUlmarCommandSet())
-        info("The dongle was detected but the hardware is not responding. Error: Enabling command set "
-             "failed.");
     if (s_.mainWindowActive && s_.mainWindowActive() && s_.linkRecovered)
         s_.linkRecovered();
     return true;

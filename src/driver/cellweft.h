@@ -1,7 +1,7 @@
 #pragma once
 // clsCellWeft, the one driver object: a facade over the dongle link, the SMBus transactions,
-// the device file protocol, the directory, the configuration readers, the conversions and the
-// parameter access. It raises its events through CellWeftEvents and never touches a window.
+// the USB adapter link, the device file protocol, the directory, the configuration readers, the conversions
+// and the parameter access. It raises its events through CellWeftEvents and never touches a window.
 
 #include "device_files/directory.h"
 #include "device_files/file_protocol.h"
@@ -12,8 +12,10 @@
 #include "params/configuration_reader.h"
 #include "params/raw_conversion.h"
 #include "params/smbus_parameter.h"
+#include "usb/usb_link.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -46,6 +48,10 @@ struct CellWeftServices {
     std::function<UnsolicitedTarget()> activeWindow;
     std::function<void()> linkRecovered; // GetUserLevelFromHardware after SMBus_ReInit
     DemoFileSource demo; // set in demo mode
+    // The USB adapter (gTransport 1); when empty, the one that UsbAdapter in Zentavia.ini names.
+    std::function<std::unique_ptr<UsbAdapter>()> usbAdapter;
+    // Ends the program when the USB adapter is missing: releases gMain, unloads the forms.
+    std::function<void()> endProgram;
 };
 
 class clsCellWeft {
@@ -54,11 +60,12 @@ public:
     clsCellWeft(const clsCellWeft&) = delete;
     clsCellWeft& operator=(const clsCellWeft&) = delete;
 
-    // Link and bus.
+    // Link and bus. SMBus_ReInit, SMBus_ReInit2 and GetScaling take the transport of gTransport.
     [[nodiscard]] int SMBus_Init();
     [[nodiscard]] bool SMBus_ReInit();
     [[nodiscard]] bool SMBus_ReInit2();
     [[nodiscard]] bool GetScaling();
+    [[nodiscard]] bool usbTransport() const;
 
     // Device files.
     [[nodiscard]] FileReply FileAccessRequest(const FileRequest& request)
@@ -100,6 +107,7 @@ public:
     // The parts, in the order they are built.
     DongleLink Link;
     SmbusTransactions Bus;
+    UsbLink Usb;
     ParameterList GatewayParameters;
     NodeList nodes;
     oDirectory Directory;
@@ -113,6 +121,7 @@ public:
 
 private:
     [[nodiscard]] bool reInit(bool quiet);
+    [[nodiscard]] std::optional<std::vector<std::uint8_t>> readBlock(std::uint8_t command);
 
     CellWeftServices s_;
     CellWeftEvents& events_;

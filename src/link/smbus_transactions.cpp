@@ -27,6 +27,12 @@ int powerOfTen(int exponent)
 
 } // namespace
 
+Scaling scalingFrom(int specificationInfo, int batteryMode)
+{
+    return { powerOfTen((specificationInfo >> 8) & 0x0F), powerOfTen((specificationInfo >> 12) & 0x0F),
+        (batteryMode >> 15) & 1 };
+}
+
 SmbusTransactions::SmbusTransactions(DongleLink& link, platform::EventLoop& loop, CellWeftEvents& events)
     : link_(link)
     , loop_(loop)
@@ -172,9 +178,7 @@ bool SmbusTransactions::GetScaling()
     const auto mode = SMBus_ReadWord(smbus::kBatteryMode);
     if (!mode)
         return false;
-    scaling_.VScale = powerOfTen((*spec >> 8) & 0x0F);
-    scaling_.IPScale = powerOfTen((*spec >> 12) & 0x0F);
-    scaling_.CapacityMode = (*mode >> 15) & 1;
+    scaling_ = scalingFrom(*spec, *mode);
     return true;
 }
 

@@ -50,6 +50,10 @@ struct Scaling {
     int CapacityMode = 0;
 };
 
+// VScale and IPScale from SpecificationInfo (0x1A, bits 8 to 11 and 12 to 15 are powers of ten),
+// CapacityMode from bit 15 of BatteryMode (0x03).
+[[nodiscard]] Scaling scalingFrom(int specificationInfo, int batteryMode);
+
 class SmbusTransactions {
 public:
     SmbusTransactions(DongleLink& link, platform::EventLoop& loop, CellWeftEvents& events);

@@ -5,9 +5,11 @@
 #include "platform/desktop.h"
 #include "platform/ui/twips.h"
 #include "qt/log_forms.h"
+#include "qt/main_form.h"
 
 #include <QApplication>
 #include <QScreen>
+#include <QSystemTrayIcon>
 
 #include <clocale>
 
@@ -48,7 +50,10 @@ Application::Application()
 
     logs_.onWindowCreated = [this](platform::ui::Window& window) { bindWindow(window); };
     dialogs_.fallbackNotify = [this](const std::string& title, const std::string& text) {
-        logs_.LogEvent(title.empty() ? text : title + ": " + text);
+        if (mainForm_)
+            mainForm_->NotifyInStatusBar(title, text);
+        else
+            logs_.LogEvent(title.empty() ? text : title + ": " + text);
     };
 }
 
@@ -65,16 +70,17 @@ void Application::bindWindow(platform::ui::Window& window)
 
 void Application::start()
 {
-    mainShell_ = std::make_unique<MainShell>();
-    mainShell_->mnuEventLog.onClick = [this] { logs_.eventLog().show(); };
-    mainShell_->mnuCommunicationsLog.onClick = [this] { logs_.modemLog().show(); };
-    mainShell_->onExit = [] { QCoreApplication::quit(); };
-    auto form = makeMainShellForm();
+    mainForm_ = std::make_unique<frmMain>(
+        MainFormContext { globals_, settings_, dialogs_, logs_, programFolder_, &desktop_, &errors_ });
+    mainForm_->onExit = [] { QCoreApplication::quit(); };
+    auto form = makeMainForm(*mainForm_);
     dialogs_.setParent(form.get());
-    (void)binder_.bind(*mainShell_, std::move(form));
-    activeForm_.setMainForm(mainShell_.get());
-    activeForm_.set(mainShell_.get());
-    mainShell_->show();
+    dialogs_.setTrayIcon(form->findChild<QSystemTrayIcon*>("trayIcon"));
+    (void)binder_.bind(*mainForm_, std::move(form));
+    activeForm_.setMainForm(mainForm_.get());
+    activeForm_.set(mainForm_.get());
+    mainForm_->show();
+    mainForm_->AddTrayIcon();
 }
 
 void Application::releaseAll()
@@ -85,9 +91,10 @@ void Application::releaseAll()
     if (logs_.hasEventLog())
         logs_.eventLog().unload();
     dialogs_.setParent(nullptr);
-    if (mainShell_) {
-        mainShell_->onExit = nullptr;
-        mainShell_->unload();
+    dialogs_.setTrayIcon(nullptr);
+    if (mainForm_) {
+        mainForm_->onExit = nullptr;
+        mainForm_->unload();
     }
 }
 

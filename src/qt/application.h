@@ -6,10 +6,11 @@
 #include "core/app_logs.h"
 #include "core/error_handler.h"
 #include "core/globals.h"
+#include "monitor/frm_main.h"
 #include "platform/ini_settings_store.h"
+#include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_event_loop.h"
 #include "qt/binder.h"
-#include "qt/main_shell.h"
 #include "qt/qt_dialogs.h"
 
 #include <memory>
@@ -38,11 +39,12 @@ private:
     platform::IniSettingsStore settings_;
     platform::QtEventLoop loop_;
     QtDialogs dialogs_;
+    platform::QtDesktop desktop_;
     ActiveForm activeForm_;
     Binder binder_;
     AppLogs logs_;
     ErrorHandler errors_;
-    std::unique_ptr<MainShell> mainShell_;
+    std::unique_ptr<frmMain> mainForm_;
 };
 
 } // namespace zv::qt

@@ -107,6 +107,8 @@ std::vector<std::string> Binder::bind(ui::Window& window, std::unique_ptr<QWidge
         QObject* target = form.findChild<QWidget*>(name);
         if (!target)
             target = form.findChild<QAction*>(name);
+        if (!target)
+            target = form.findChild<QObject*>(name);
         if (!target || !bindControl(*control, *target, context))
             unbound.push_back(control->name());
     }

@@ -1,8 +1,9 @@
 #pragma once
 // Binds window logic objects to Qt widgets by object name, both ways: a change of a control
 // updates its widget, and the user's edits and clicks on the widget reach the control's events.
-// A window's widget is the top-level QWidget; each control is the child QWidget or QAction whose
-// objectName equals the control's name. The widget is released when the window object goes.
+// A window's widget is the top-level QWidget; each control is the child QWidget, QAction or other
+// QObject (a QSystemTrayIcon) whose objectName equals the control's name; a menu entry with a
+// sub-menu binds to its QMenu. The widget is released when the window object goes.
 
 #include "platform/ui/window.h"
 

@@ -19,11 +19,13 @@
 #include <QLayout>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStatusBar>
+#include <QSystemTrayIcon>
 #include <QTabBar>
 #include <QTextEdit>
 #include <QTreeWidget>
@@ -183,7 +185,7 @@ bool bindCheckBox(ui::CheckBox& box, QCheckBox& widget, const BindContext& conte
 bool bindMenuItem(ui::MenuItem& item, QAction& action, const BindContext& context)
 {
     mirror(item, action, context, [](ui::MenuItem& c, QAction& a, ui::Change what, const std::string&) {
-        if (all(what, ui::Change::Caption) && !c.caption().empty())
+        if (all(what, ui::Change::Caption) && !c.caption().empty() && !a.isSeparator())
             a.setText(qs(c.caption()));
         a.setVisible(c.visible());
         a.setEnabled(c.enabled());
@@ -192,6 +194,15 @@ bool bindMenuItem(ui::MenuItem& item, QAction& action, const BindContext& contex
         a.setChecked(c.checked());
     });
     onUser(context, &action, &QAction::triggered, [&item](bool) { item.click(); });
+    return true;
+}
+
+bool bindTrayIcon(ui::TrayIcon& icon, QSystemTrayIcon& tray, const BindContext& context)
+{
+    mirror(icon, tray, context, [](ui::TrayIcon& c, QSystemTrayIcon& w, ui::Change, const std::string&) {
+        w.setToolTip(qs(c.toolTip()));
+        w.setVisible(c.visible());
+    });
     return true;
 }
 
@@ -432,6 +443,10 @@ bool bindControl(ui::Control& control, QObject& target, const BindContext& conte
         return bindButton(*c, *as<QAbstractButton>(target), context);
     if (auto* c = dynamic_cast<ui::MenuItem*>(&control); c && as<QAction>(target))
         return bindMenuItem(*c, *as<QAction>(target), context);
+    if (auto* c = dynamic_cast<ui::MenuItem*>(&control); c && as<QMenu>(target))
+        return bindMenuItem(*c, *as<QMenu>(target)->menuAction(), context);
+    if (auto* c = dynamic_cast<ui::TrayIcon*>(&control); c && as<QSystemTrayIcon>(target))
+        return bindTrayIcon(*c, *as<QSystemTrayIcon>(target), context);
     if (auto* c = dynamic_cast<ui::ItemList*>(&control))
         return bindItemList(*c, target, context);
     if (auto* c = dynamic_cast<ui::ListView*>(&control); c && as<QTreeWidget>(target))

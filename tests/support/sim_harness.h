@@ -13,6 +13,7 @@
 #include "platform/testing/scripted_dialogs.h"
 #include "platform/testing/virtual_event_loop.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -62,6 +63,8 @@ public:
                 readWriteLines.push_back(std::string(kind) + " " + std::string(name) + " "
                     + std::string(number) + " " + std::string(value));
             };
+            if (adjustServices)
+                adjustServices(services);
             main_ = std::make_unique<clsMain>(std::move(services), dialogs);
         }
         return *main_;
@@ -74,15 +77,22 @@ public:
     {
         auto& d = driver();
         if (d.SMBus_Init() != 0 || d.Bus.UnlockDevice() != 0 || !d.Bus.EnableUlmarCommandSet()
-            || !d.GetScaling() || !d.GetDir())
+            || !loadTarget(target))
+            return false;
+        d.Parameters.UserAccessLevel = d.Bus.GetAccessLevel();
+        return true;
+    }
+
+    // The steps of connect() after the command set is open: scaling, directory, configuration, cells.
+    [[nodiscard]] bool loadTarget(const std::string& target = "ZK9460")
+    {
+        auto& d = driver();
+        if (!d.GetScaling() || !d.GetDir())
             return false;
         const std::string folder = programFolder() + "/Configuration Files/" + target + "/";
         d.Config.GatewayConfigFileName = folder + target + "_Master.cfg";
         d.Config.NodeConfigFileName = folder + target + "_Cell.cfg";
-        if (d.readConfig(1) != 0 || !d.RebuildLAN(true) || d.readConfig(2) > 2)
-            return false;
-        d.Parameters.UserAccessLevel = d.Bus.GetAccessLevel();
-        return true;
+        return d.readConfig(1) == 0 && d.RebuildLAN(true) && d.readConfig(2) <= 2;
     }
 
     platform::VirtualEventLoop loop;
@@ -94,6 +104,8 @@ public:
     std::unique_ptr<zvsim::InProcessEndpoint> endpoint;
     std::unique_ptr<platform::Timer> ticker;
     std::vector<std::string> readWriteLines;
+    // Changes the driver's services before the driver is made (another transport, for instance).
+    std::function<void(CellWeftServices&)> adjustServices;
 
 private:
     std::unique_ptr<clsMain> main_;

@@ -62,7 +62,7 @@ void writeConfigFile(const fs::path& path, const std::vector<ParamSpec>& params,
 
 std::string iniFile(const std::vector<TargetProfile>& targets)
 {
-    std::string text = "[Setup]\nCommunications=0\nProtocol=1\nAddress=11\nNumberOfTargets="
+    std::string text = "[Setup]\nCommunications=0\nUsbAdapter=\nProtocol=1\nAddress=11\nNumberOfTargets="
         + std::to_string(targets.size()) + "\n";
     int n = 1;
     for (const TargetProfile& t : targets) {

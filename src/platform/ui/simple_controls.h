@@ -1,5 +1,5 @@
 #pragma once
-// Labels, text boxes, buttons, check boxes, frames, progress bars and menu entries.
+// Labels, text boxes, buttons, check boxes, frames, progress bars, menu entries and the tray icon.
 
 #include "platform/ui/control.h"
 
@@ -115,6 +115,22 @@ public:
 private:
     std::string caption_;
     bool checked_ = false;
+};
+
+// The application's icon in the desktop's tray: shown while visible (it starts hidden), with a
+// tool-tip. Where the desktop has no tray the binder leaves it unbound.
+class TrayIcon : public Control {
+public:
+    explicit TrayIcon(std::string name)
+        : Control(std::move(name))
+    {
+        setVisible(false);
+    }
+    [[nodiscard]] const std::string& toolTip() const { return toolTip_; }
+    void setToolTip(std::string toolTip) { assign(toolTip_, std::move(toolTip), Change::Caption); }
+
+private:
+    std::string toolTip_;
 };
 
 } // namespace zv::platform::ui

@@ -1,6 +1,7 @@
 #include "platform/ui/window.h"
 
 #include <algorithm>
+#include <cctype>
 
 namespace zv::platform::ui {
 
@@ -59,8 +60,13 @@ void Window::requestClose()
 
 Control* Window::findControl(const std::string& name) const
 {
-    const auto it
-        = std::find_if(controls_.begin(), controls_.end(), [&](Control* c) { return c->name() == name; });
+    // Names are compared without regard to case, as the system's own look-ups do.
+    const auto sameName = [&](Control* c) {
+        return std::equal(c->name().begin(), c->name().end(), name.begin(), name.end(), [](char a, char b) {
+            return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
+        });
+    };
+    const auto it = std::find_if(controls_.begin(), controls_.end(), sameName);
     return it == controls_.end() ? nullptr : *it;
 }
 

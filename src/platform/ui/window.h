@@ -38,6 +38,7 @@ public:
     void userSetBounds(const Bounds& bounds);
 
     [[nodiscard]] const std::vector<Control*>& controls() const { return controls_; }
+    // The control of that name, compared without regard to case; nullptr if none.
     [[nodiscard]] Control* findControl(const std::string& name) const;
     // The window's status bar, if it has one.
     [[nodiscard]] virtual StatusBar* statusBar() { return nullptr; }
