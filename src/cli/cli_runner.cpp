@@ -47,7 +47,7 @@ int runCommand(const CommandLine& line, const RunServices& services)
     CliDialogs dialogs(services.err);
     try {
         CliSession session(SessionServices { services.port, services.loop, dialogs, services.settings,
-                               programFolder, services.err },
+                               programFolder, services.err, services.usbAdapters },
             line.link);
         dispatch(line, session, services.out);
         services.out.flush();

@@ -2,15 +2,11 @@
 // One run of zentavia-cli over the seams it is given: the command line in, the result on `out`,
 // failures on `err`, the exit status back.
 
+#include "cli/cli_session.h"
+
 #include <iosfwd>
 #include <string>
 #include <vector>
-
-namespace zv::platform {
-class EventLoop;
-class SerialPort;
-class SettingsStore;
-} // namespace zv::platform
 
 namespace zv::cli {
 
@@ -24,6 +20,7 @@ struct RunServices {
     std::string programFolder; // when the command line names none
     std::ostream& out;
     std::ostream& err;
+    UsbAdapterFactory usbAdapters = {}; // empty: makeUsbAdapter
 };
 
 // Runs the parsed command; 0, or the exit code of the failure after its text went to err.

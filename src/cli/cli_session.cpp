@@ -3,6 +3,7 @@
 #include "access/crypt_text.h"
 #include "access/pack_key.h"
 #include "cli/cli_error.h"
+#include "cli/target_operations.h"
 #include "connection/port_dialog_services.h"
 #include "core/paths.h"
 #include "core/target_table.h"
@@ -11,6 +12,7 @@
 #include "platform/ini_file.h"
 #include "platform/port_devices.h"
 #include "platform/serial_port.h"
+#include "usb/usb_adapter_factory.h"
 
 #include <algorithm>
 #include <cctype>
@@ -27,6 +29,9 @@ constexpr int kCommunicationError = 0xFFFF;
 constexpr int kUnsupportedTarget = 0xEFFF;
 constexpr int kSealed = 0x8004;
 constexpr int kCommandSetClosed = 0;
+// A failed unlock over the USB adapter: its result -1, -2 or -3 as 0x8001 to 0x8003, else 0x800F.
+constexpr int kUsbUnlockFailed = 0x8000;
+constexpr int kUsbOtherFailure = 0x800F;
 // Hardware states of a target that runs a loader, and the fault screens they lead to.
 constexpr int kApplicationLoader = 0x6699;
 constexpr int kSystemLoader = 0xFA99;
@@ -60,6 +65,11 @@ CliError communicationFailed(int code)
 
 // A port that cannot be opened says why in its own words; a dongle that does not answer, or
 // another failure, is told as the connection dialogs tell it.
+int usbUnlockCode(int result)
+{
+    return result >= -3 && result <= -1 ? kUsbUnlockFailed - result : kUsbOtherFailure;
+}
+
 CliError linkFailure(int number, const std::string& portText)
 {
     if (!portText.empty() && number != kDongleNotAnswering)
@@ -110,7 +120,12 @@ void CliSession::readSetup()
     globals_.gDemoFile = joinPath(s_.programFolder, "demo.ini");
     globals_.gDemo = options_.demo;
     const auto ini = platform::IniFile::load(globals_.gINIFile);
+    // --usb takes the USB adapter, --port the dongle; else Zentavia.ini decides.
     globals_.gTransport = static_cast<int>(Val(ini.value("Setup", "Communications")));
+    if (!options_.usbDevice.empty())
+        globals_.gTransport = kTransportUsbAdapter;
+    else if (!options_.port.empty() && globals_.usbTransport())
+        globals_.gTransport = 0;
     const int address = options_.address.value_or(static_cast<int>(Val(ini.value("Setup", "Address"))));
     if (address > 0)
         globals_.setAddress(address);
@@ -146,25 +161,52 @@ void CliSession::createDriver()
     CellWeftServices services { s_.port, s_.loop, s_.dialogs, s_.settings, globals_, s_.programFolder };
     if (globals_.gDemo)
         services.demo = loadCapture();
+    if (globals_.usbTransport()) {
+        const auto setting
+            = options_.usbDevice.empty() ? readUsbAdapterSetting(globals_.gINIFile) : options_.usbDevice;
+        services.usbAdapter = [factory = s_.usbAdapters, setting] {
+            return factory ? factory(setting) : makeUsbAdapter(setting);
+        };
+    }
+    services.endProgram = [] {}; // a missing adapter ends this run through openAdapter
     main_ = std::make_unique<clsMain>(std::move(services), s_.dialogs);
     main_->hooks.fileAccessStatus = [this](const std::string& message, int file) {
         s_.diagnostics << "File " << file << ": " << message << '\n';
     };
 }
 
+TargetOperations CliSession::target()
+{
+    return TargetOperations(driver());
+}
+
+void CliSession::openAdapter()
+{
+    auto& usb = driver().Usb;
+    (void)usb.usbOpen();
+    if (!usb.opened())
+        throw CliError(
+            std::string("Communication error to hardware. Connection failed\n") + kCheckConnections);
+}
+
 void CliSession::openLink()
 {
     auto& d = driver();
-    if (const int result = d.SMBus_Init(); result != kLinkUp)
+    const bool usb = globals_.usbTransport();
+    if (usb) {
+        openAdapter();
+    } else if (const int result = d.SMBus_Init(); result != kLinkUp) {
         throw linkFailure(result, s_.port.errorText());
+    }
     linkUp_ = true;
-    if (d.Bus.UnlockDevice() != 0)
-        throw cannotConnect(kNoAnswer);
+    auto ops = target();
+    if (const int result = ops.UnlockDevice(); result != 0)
+        throw cannotConnect(usb ? usbUnlockCode(result) : kNoAnswer);
     targetAnswered_ = true;
-    if (!d.Bus.EnableUlmarCommandSet())
+    if (!ops.EnableUlmarCommandSet())
         throw communicationFailed(kCommandSetClosed);
     (void)d.GetScaling();
-    const int state = d.Bus.GetHardwareState();
+    const int state = ops.GetHardwareState();
     if (state == -1)
         throw communicationFailed(kCommunicationError);
     if (state == kApplicationLoader || state == kSystemLoader)
@@ -175,10 +217,7 @@ void CliSession::connect()
 {
     if (connected_)
         return;
-    const bool dongle = !globals_.usbTransport() || !options_.port.empty();
-    if (!globals_.gDemo && (!options_.usbDevice.empty() || !dongle))
-        throw CliError(kUsbUnavailable);
-    if (!globals_.gDemo)
+    if (!globals_.gDemo && !globals_.usbTransport())
         choosePort();
     createDriver();
     if (!globals_.gDemo)
@@ -201,21 +240,21 @@ void CliSession::identify()
     if (globals_.gDemo) {
         globals_.gTargetID = demoTargetId();
     } else {
-        const int id = d.Bus.GetTargetID();
+        const int id = target().GetTargetID();
         if (id < 0)
             throw cannotConnect(kNoAnswer);
         globals_.gTargetID = targetIdText(id);
     }
-    const auto target = findTargetById(readTargetTable(globals_.gINIFile), globals_.gTargetID);
-    if (!target)
+    const auto record = findTargetById(readTargetTable(globals_.gINIFile), globals_.gTargetID);
+    if (!record)
         throw startupFault("The attached device is reporting an unsupported target application.\nTargetID = "
                 + globals_.gTargetID,
             kUnsupportedTarget);
-    applyTarget(globals_, *target);
-    d.Config.GatewayConfigFileName = gatewayConfigFile(*target, s_.programFolder);
-    d.Config.NodeConfigFileName = nodeConfigFile(*target, s_.programFolder);
+    applyTarget(globals_, *record);
+    d.Config.GatewayConfigFileName = gatewayConfigFile(*record, s_.programFolder);
+    d.Config.NodeConfigFileName = nodeConfigFile(*record, s_.programFolder);
     if (!globals_.gDemo && globals_.gTargetID == "1003")
-        if (const int level = d.Bus.GetAccessLevel(); level >= 0)
+        if (const int level = target().GetAccessLevel(); level >= 0)
             rejectSealed(level);
     identified_ = true;
 }
@@ -288,10 +327,13 @@ void CliSession::disconnect()
         return;
     auto& d = driver();
     if (targetAnswered_) {
-        (void)d.Bus.DisableUlmarCommandSet();
-        (void)d.Bus.LockDevice();
+        auto ops = target();
+        (void)ops.DisableUlmarCommandSet();
+        (void)ops.LockDevice();
     }
-    if (linkUp_)
+    if (linkUp_ && globals_.usbTransport())
+        d.Usb.usbRelease();
+    else if (linkUp_)
         d.Link.ResetHLK();
     linkUp_ = targetAnswered_ = connected_ = false;
 }

@@ -1,5 +1,6 @@
 #pragma once
-// The driver of one zentavia-cli run over the serial port, settings and dialogs it is given: the
+// The driver of one zentavia-cli run over the seams it is given (serial port or USB adapter,
+// settings, dialogs): the
 // link, the target's identification, the directory and the configuration, in that order, each
 // stage run once and only when a command needs it. The headless part of target detection: no
 // splash, no login, no choice of target by hand; every failure is a CliError with the text the
@@ -8,6 +9,7 @@
 #include "core/globals.h"
 #include "driver/cls_main.h"
 
+#include <functional>
 #include <iosfwd>
 #include <memory>
 #include <optional>
@@ -20,15 +22,24 @@ class SerialPort;
 class SettingsStore;
 } // namespace zv::platform
 
+namespace zv {
+class UsbAdapter;
+}
+
 namespace zv::cli {
+
+class TargetOperations;
 
 // The link options of the command line.
 struct LinkOptions {
     std::string port; // --port: a port number or a device path; empty: the CommPort setting
-    std::string usbDevice; // --usb
+    std::string usbDevice; // --usb: the adapter as the UsbAdapter setting names one
     bool demo = false; // --demo: run from the capture demo.ini in the program folder
     std::optional<int> address; // --address: 7-bit SMBus address; else [Setup] Address
 };
+
+// Makes the USB adapter that a UsbAdapter setting names (makeUsbAdapter).
+using UsbAdapterFactory = std::function<std::unique_ptr<UsbAdapter>(const std::string& setting)>;
 
 struct SessionServices {
     platform::SerialPort& port;
@@ -38,9 +49,8 @@ struct SessionServices {
     platform::SettingsStore& settings;
     std::string programFolder;
     std::ostream& diagnostics; // file status messages of the device
+    UsbAdapterFactory usbAdapters = {}; // empty: makeUsbAdapter
 };
-
-inline constexpr const char* kUsbUnavailable = "The USB adapter link is not available in this build.";
 
 class CliSession {
 public:
@@ -72,6 +82,8 @@ private:
     void choosePort();
     void createDriver();
     void openLink();
+    void openAdapter();
+    [[nodiscard]] TargetOperations target();
     [[nodiscard]] DemoFileSource loadCapture() const;
     [[nodiscard]] std::string demoTargetId() const;
     [[nodiscard]] std::optional<double> parameterNumber(const char* name);
@@ -81,7 +93,7 @@ private:
     LinkOptions options_;
     AppGlobals globals_;
     std::unique_ptr<clsMain> main_;
-    bool linkUp_ = false; // the dongle answers: the exit order resets it
+    bool linkUp_ = false; // the dongle answers or the adapter is open: the exit order ends the link
     bool targetAnswered_ = false; // the target answers: the exit order closes its command set
     bool connected_ = false;
     bool identified_ = false;

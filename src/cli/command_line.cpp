@@ -47,8 +47,10 @@ Commands:
                        directory record and every readable file. FILE defaults to demo.ini
                        in the program folder.
 
-The link: the HLK dongle on the port of the CommPort setting unless --port names another;
---usb selects the USB adapter; --demo runs from demo.ini without hardware. The program
+The link: the HLK dongle on the port of the CommPort setting unless --port names another,
+or the USB adapter when --usb names one (or Zentavia.ini has Communications=1 and UsbAdapter):
+socket:PATH (the simulator's adapter socket), i2c:NAME (the i2c-dev bus of the adapter whose
+name holds NAME, such as CP2112) or /dev/i2c-N. --demo runs from demo.ini without hardware. The program
 folder (Zentavia.ini, configuration files) is --home, else ZENTAVIA_HOME, else the folder
 of the executable. Settings are read from ZENTAVIA_SETTINGS or the user's Zentavia.conf and
 never written.
@@ -71,7 +73,7 @@ CliError usage(const std::string& text)
 struct Options {
     QCommandLineOption help { { "h", "help" }, "Show this help." };
     QCommandLineOption port { "port", "HLK dongle on port number N or on the serial device PATH.", "PATH|N" };
-    QCommandLineOption usb { "usb", "USB adapter DEVICE.", "DEVICE" };
+    QCommandLineOption usb { "usb", "USB adapter: socket:PATH, i2c:NAME or /dev/i2c-N.", "DEVICE" };
     QCommandLineOption demo { "demo", "Run from demo.ini in the program folder, without hardware." };
     QCommandLineOption home { "home", "Program folder.", "DIR" };
     QCommandLineOption address { "address", "7-bit SMBus address of the target (default: Zentavia.ini).",

@@ -5,6 +5,7 @@
 #include "cli/cli_session.h"
 #include "cli/commands.h"
 #include "cli/sbd_notation.h"
+#include "cli/target_operations.h"
 
 #include <ostream>
 
@@ -15,17 +16,17 @@ void runSbRead(CliSession& session, const SbReadRequest& request, std::ostream& 
     if (session.demo())
         throw CliError("sbread needs an attached pack; demo mode has none.");
     session.connect();
-    auto& bus = session.driver().Bus;
+    TargetOperations target(session.driver());
     if (!request.extended)
-        (void)bus.DisableUlmarCommandSet();
+        (void)target.DisableUlmarCommandSet();
     const auto command = static_cast<std::uint8_t>(request.command);
     if (request.block) {
-        const auto data = bus.SMBus_ReadBlock(command);
+        const auto data = target.readBlock(command);
         if (!data)
             throw CliError("Error: Please verify SMB Data Type");
         out << blockText(*data, request.format) << '\n';
     } else {
-        const auto word = bus.SMBus_ReadWord(command);
+        const auto word = target.readWord(command);
         if (!word)
             throw CliError("Error");
         out << wordText(*word, request.format) << '\n';

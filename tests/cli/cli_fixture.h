@@ -5,6 +5,7 @@
 #include "cli/cli_runner.h"
 #include "cli/cli_settings_store.h"
 #include "support/sim_harness.h"
+#include "usb/sim_usb_adapter.h"
 
 #include <sstream>
 #include <string>
@@ -35,7 +36,11 @@ public:
         std::ostringstream out;
         std::ostringstream err;
         CliRun result;
-        result.status = cli::runCli(line, { sim.port, sim.loop, settings, home, out, err });
+        const auto adapter = [this](const std::string& setting) {
+            usbSetting = setting;
+            return std::make_unique<SimUsbAdapter>(usbSim, sim.loop, usbScript);
+        };
+        result.status = cli::runCli(line, { sim.port, sim.loop, settings, home, out, err, adapter });
         result.out = out.str();
         result.err = err.str();
         return result;
@@ -44,6 +49,10 @@ public:
     SimHarness sim;
     // As zentavia-cli has it: the user's settings below, this run's own values on top.
     cli::CliSettingsStore settings { sim.settings };
+    // The USB adapter in front of the same pack, and the setting it was made from.
+    zvsim::UsbAdapter usbSim { *sim.pack };
+    SimUsbScript usbScript;
+    std::string usbSetting;
 };
 
 class CliTest : public ::testing::Test, public CliRig { };

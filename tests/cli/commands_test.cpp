@@ -152,12 +152,5 @@ TEST_F(CliTest, UsageErrorsExitWithTwo)
     EXPECT_THAT(run({ "--help" }).out, HasSubstr("capture-demo [FILE]"));
 }
 
-TEST_F(CliTest, TheUsbAdapterIsNotInThisBuild)
-{
-    const auto result = run({ "--usb", "cp2112", "detect" });
-    EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.err, HasSubstr("The USB adapter link is not available in this build."));
-}
-
 } // namespace
 } // namespace zv::test
