@@ -8,6 +8,7 @@
 #include "core/paths.h"
 #include "core/target_table.h"
 #include "core/val.h"
+#include "link/smbus_transactions.h"
 #include "params/configuration_reader.h"
 #include "platform/ini_file.h"
 #include "platform/port_devices.h"
@@ -32,9 +33,6 @@ constexpr int kCommandSetClosed = 0;
 // A failed unlock over the USB adapter: its result -1, -2 or -3 as 0x8001 to 0x8003, else 0x800F.
 constexpr int kUsbUnlockFailed = 0x8000;
 constexpr int kUsbOtherFailure = 0x800F;
-// Hardware states of a target that runs a loader, and the fault screens they lead to.
-constexpr int kApplicationLoader = 0x6699;
-constexpr int kSystemLoader = 0xFA99;
 
 constexpr const char* kCheckConnections = "Please check power and the connections to the hardware.";
 constexpr const char* kNeedsProgramming = "The hardware needs to be (re)programmed.";
@@ -209,7 +207,7 @@ void CliSession::openLink()
     const int state = ops.GetHardwareState();
     if (state == -1)
         throw communicationFailed(kCommunicationError);
-    if (state == kApplicationLoader || state == kSystemLoader)
+    if (state == kSystemLoaderState || state == kApplicationLoaderState) // a loader runs
         throw startupFault(kNeedsProgramming, state);
 }
 
