@@ -136,7 +136,7 @@ int TargetDetection::DetectTarget(bool targetChosen)
             ShowStartupFault(StartupFault::UnableToConnect);
             return detect::kNoAnswer;
         }
-        if (!identifyTarget(hex(id, 4)))
+        if (!identifyTarget(targetIdText(id)))
             return detect::kUnknownTarget;
     }
     if (s_.globals.gTargetID == "1003"
@@ -190,21 +190,13 @@ bool TargetDetection::identifyTarget(const std::string& id)
 
 void TargetDetection::selectTarget(const TargetRecord& target)
 {
-    auto& g = s_.globals;
-    g.gTargetSection = target.section;
-    g.gTargetName = target.Name;
-    g.gTargetKey = targetKey(target.Name);
-    const std::string folder = joinPath(joinPath(s_.programFolder, "Configuration Files"), target.Name);
+    applyTarget(s_.globals, target);
     auto& config = main_->CellWeft().Config;
-    config.GatewayConfigFileName = joinPath(folder, target.MCFG);
-    config.NodeConfigFileName = joinPath(folder, target.CCFG);
-    g.gAverageVoltages = target.AverageVoltages;
+    config.GatewayConfigFileName = gatewayConfigFile(target, s_.programFolder);
+    config.NodeConfigFileName = nodeConfigFile(target, s_.programFolder);
     StaticDefinitionFile = readStaticDefinitionFile(s_.settings, s_.programFolder, target.Name, target.SLOG);
     DynamicDefinitionFile
         = readDynamicDefinitionFile(s_.settings, s_.programFolder, target.Name, target.DLOG);
-    g.gTargetURL = target.URL;
-    g.gTargetREF = target.REF;
-    g.gTargetFS = target.FS;
 }
 
 int TargetDetection::sealed()

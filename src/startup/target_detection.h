@@ -4,9 +4,9 @@
 // configuration files and the first device files, build the cells and show the main window.
 // Every failure stops on the splash with a text and buttons for the next move.
 
+#include "core/target_table.h"
 #include "startup/frm_splash.h"
 #include "startup/lan_notice.h"
-#include "startup/target_table.h"
 
 #include <functional>
 #include <optional>
