@@ -31,26 +31,35 @@ void setPointer(const DemoCaptureHooks& hooks, int pointer)
 
 } // namespace
 
+DemoCaptureResult captureDemo(clsCellWeft& driver, const std::string& targetId, const std::string& file)
+{
+    std::error_code error;
+    std::filesystem::remove(file, error);
+    platform::IniFile capture;
+    capture.setValue("Target", "ID", modCryptText::EncryptText(targetId, kPackKey));
+    DemoCaptureResult result;
+    const auto store = [&capture](int& count) {
+        return [&capture, &count](const std::string& key, const std::string& hexText) {
+            capture.setValue(kDataSection, key, hexText);
+            ++count;
+        };
+    };
+    result.directoryRead = driver.GetDir(store(result.records));
+    result.filesRead = result.directoryRead && driver.GetAllValues(store(result.files));
+    result.saved = result.filesRead && capture.save(file);
+    return result;
+}
+
 bool GenerateDemoINI(clsCellWeft& driver, const AppGlobals& globals, const DemoCaptureHooks& hooks)
 {
     if (hooks.isTheDeviceWired && !hooks.isTheDeviceWired())
         return false;
-    std::error_code error;
-    std::filesystem::remove(globals.gDemoFile, error);
     callIfSet(hooks.disableAllCommands, true);
     setPointer(hooks, kHourglass);
-
-    platform::IniFile capture;
-    capture.setValue("Target", "ID", modCryptText::EncryptText(globals.gTargetID, kPackKey));
-    const auto store = [&capture](const std::string& key, const std::string& hexText) {
-        capture.setValue(kDataSection, key, hexText);
-    };
-    const bool ok = driver.GetDir(store) && driver.GetAllValues(store);
-    const bool saved = capture.save(globals.gDemoFile);
-
+    const bool ok = captureDemo(driver, globals.gTargetID, globals.gDemoFile).ok();
     setPointer(hooks, kNormalPointer);
     callIfSet(hooks.enableAllCommands, true);
-    return ok && saved;
+    return ok;
 }
 
 DemoFileSource demoFileSource(const std::string& demoFile)
