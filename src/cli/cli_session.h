@@ -23,12 +23,11 @@ class SettingsStore;
 } // namespace zv::platform
 
 namespace zv {
+class TargetOperations;
 class UsbAdapter;
-}
+} // namespace zv
 
 namespace zv::cli {
-
-class TargetOperations;
 
 // The link options of the command line.
 struct LinkOptions {

@@ -4,6 +4,7 @@
 #include "connection/frm_smbus_address.h"
 #include "core/error_log.h"
 #include "core/paths.h"
+#include "driver/target_operations.h"
 #include "platform/desktop.h"
 #include "platform/ui/twips.h"
 #include "qt/connection_forms.h"
@@ -42,14 +43,13 @@ char localeDecimalSeparator()
 }
 
 // The command lock of the transport in use.
-CommandLock commandLock(clsCellWeft& driver, bool usbTransport)
+CommandLock commandLock(clsCellWeft& driver)
 {
-    if (!usbTransport)
-        return busCommandLock(driver.Bus);
-    UsbLink& usb = driver.Usb;
-    return { [&usb] { return usb.usbUnlockDevice(); }, [&usb] { return usb.usbEnableUlmarCommandSet(); },
-        [&usb] { return usb.usbDisableUlmarCommandSet(); }, [&usb] { return usb.usbLockDevice(); },
-        [&usb] { return usb.usbGetAccessLevel(); } };
+    auto target = std::make_shared<TargetOperations>(driver);
+    return { [target] { return target->UnlockDevice(); },
+        [target] { return target->EnableUlmarCommandSet(); },
+        [target] { return target->DisableUlmarCommandSet(); }, [target] { return target->LockDevice(); },
+        [target] { return target->GetAccessLevel(); } };
 }
 
 std::string versionText()
@@ -179,9 +179,8 @@ clsMain& Application::createMain()
     main_ = std::make_unique<clsMain>(std::move(services), dialogs_);
     main_->hooks.readDirectoryStatus
         = [this](int percent) { splash_.setStatus("Loading... " + std::to_string(percent) + "%"); };
-    access_ = std::make_unique<UserAccess>(AccessServices { *main_, globals_, dialogs_,
-                                               commandLock(main_->CellWeft(), globals_.usbTransport()) },
-        mainWindowAccess());
+    access_ = std::make_unique<UserAccess>(
+        AccessServices { *main_, globals_, dialogs_, commandLock(main_->CellWeft()) }, mainWindowAccess());
     access_->onWindowCreated = [this](platform::ui::Window& window) { bindWindow(window); };
     return *main_;
 }

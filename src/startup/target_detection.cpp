@@ -10,6 +10,7 @@
 #include "core/settings_table.h"
 #include "device_files/directory.h"
 #include "driver/cls_main.h"
+#include "driver/target_operations.h"
 #include "platform/dialogs.h"
 
 #include <cstdio>
@@ -71,18 +72,6 @@ bool TargetDetection::usb() const
     return s_.globals.usbTransport();
 }
 
-int TargetDetection::unlockDevice()
-{
-    auto& d = main_->CellWeft();
-    return usb() ? d.Usb.usbUnlockDevice() : d.Bus.UnlockDevice();
-}
-
-bool TargetDetection::enableCommandSet()
-{
-    auto& d = main_->CellWeft();
-    return usb() ? d.Usb.usbEnableUlmarCommandSet() : d.Bus.EnableUlmarCommandSet();
-}
-
 int TargetDetection::unlockFailure(int result)
 {
     ShowStartupFault(StartupFault::UnableToConnect);
@@ -108,14 +97,15 @@ int TargetDetection::DetectTarget(bool targetChosen)
         s_.loop.wait(kUsbReopenPauseMs);
         (void)d.Usb.usbOpen();
     }
-    if (const int unlocked = unlockDevice(); unlocked != 0)
+    TargetOperations target(d);
+    if (const int unlocked = target.UnlockDevice(); unlocked != 0)
         return unlockFailure(unlocked);
-    if (!enableCommandSet()) {
+    if (!target.EnableUlmarCommandSet()) {
         ShowStartupFault(StartupFault::CommunicationError);
         return detect::kLoaded;
     }
     (void)d.GetScaling();
-    switch (usb() ? d.Usb.usbGetHardwareState() : d.Bus.GetHardwareState()) {
+    switch (target.GetHardwareState()) {
     case -1:
         ShowStartupFault(StartupFault::CommunicationError);
         return detect::kCommunicationError;
@@ -131,7 +121,7 @@ int TargetDetection::DetectTarget(bool targetChosen)
     s_.splash.show();
     s_.splash.setStatus("Loading application...");
     if (!targetChosen) {
-        const int id = usb() ? d.Usb.usbGetTargetID() : d.Bus.GetTargetID();
+        const int id = target.GetTargetID();
         if (id < 0) {
             ShowStartupFault(StartupFault::UnableToConnect);
             return detect::kNoAnswer;
@@ -139,8 +129,7 @@ int TargetDetection::DetectTarget(bool targetChosen)
         if (!identifyTarget(targetIdText(id)))
             return detect::kUnknownTarget;
     }
-    if (s_.globals.gTargetID == "1003"
-        && isSealedLevel(usb() ? d.Usb.usbGetAccessLevel() : d.Bus.GetAccessLevel()))
+    if (s_.globals.gTargetID == "1003" && isSealedLevel(target.GetAccessLevel()))
         return sealed();
 
     const int loaded = loadConfiguration();
@@ -338,8 +327,9 @@ void TargetDetection::MigrateStoredKey()
     }
     (void)writeRecord(kStoredKeyFile, kStoredKeyRecord, std::vector<std::uint8_t>(8, 0xFF));
     if (g.gPasswordBytes != g.gNoPassword) {
-        (void)unlockDevice();
-        (void)enableCommandSet();
+        TargetOperations target(d);
+        (void)target.UnlockDevice();
+        (void)target.EnableUlmarCommandSet();
         (void)writeRecord(kPasswordFile, 0, { g.gPasswordBytes.begin(), g.gPasswordBytes.end() });
     }
     (void)d.WriteCommandFile(kCommitCommand);

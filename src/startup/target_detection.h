@@ -93,10 +93,8 @@ public:
     LanNotice lanNotice;
 
 private:
-    // The command lock of the active transport.
     [[nodiscard]] bool usb() const;
-    [[nodiscard]] int unlockDevice();
-    [[nodiscard]] bool enableCommandSet();
+    // The fault screen and result of a failed unlock on the active transport.
     [[nodiscard]] int unlockFailure(int result);
     [[nodiscard]] bool identifyTarget(const std::string& id);
     void selectTarget(const TargetRecord& target);
