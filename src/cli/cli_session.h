@@ -85,8 +85,6 @@ private:
     [[nodiscard]] TargetOperations target();
     [[nodiscard]] DemoFileSource loadCapture() const;
     [[nodiscard]] std::string demoTargetId() const;
-    [[nodiscard]] std::optional<double> parameterNumber(const char* name);
-    void readTargetGlobals();
 
     SessionServices s_;
     LinkOptions options_;

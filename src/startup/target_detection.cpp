@@ -12,6 +12,7 @@
 #include "driver/cls_main.h"
 #include "driver/target_operations.h"
 #include "platform/dialogs.h"
+#include "startup/target_globals.h"
 
 #include <cstdio>
 
@@ -224,7 +225,7 @@ int TargetDetection::loadConfiguration()
     if ((g.gTargetID == "1001" || g.gTargetID == "1002") && !g.gDemo
         && isSealedLevel(main_->UserAccessLevel()))
         return sealed();
-    readTargetParameters();
+    readTargetGlobals(d, g);
     d.Link.Status = 0;
 
     const int actual = parameterNumber("Actual Number Of Cells");
@@ -251,25 +252,9 @@ int TargetDetection::loadConfiguration()
     return detect::kLoaded;
 }
 
-void TargetDetection::readTargetParameters()
-{
-    auto& g = s_.globals;
-    const int algorithm = parameterNumber("Algorithm enable");
-    g.gAlgEnableBit3 = (algorithm & 0x08) != 0;
-    g.gAlgEnableBit5 = (algorithm & 0x20) != 0;
-    g.gInternalFlag0 = (parameterNumber("Internal Flags 2") & 0x01) != 0;
-    g.gFirmwareVersion = parameterNumber("Firmware Version");
-    g.gFirmwareBuild = parameterNumber("FW Build");
-    g.gTempSensorCount = parameterNumber("Temperature Sensor Count") & 0xFF;
-}
-
 int TargetDetection::parameterNumber(const char* name) const
 {
-    auto& d = main_->CellWeft();
-    const clsSMBusParameter* parameter = d.GatewayParameters.FindByName(name);
-    if (!parameter)
-        return 0;
-    return static_cast<int>(parameter->value.asNumber(d.Parameters.display.locale).value_or(0));
+    return static_cast<int>(gatewayNumber(main_->CellWeft(), name).value_or(0));
 }
 
 bool TargetDetection::PromptAlternateConfig()

@@ -100,7 +100,6 @@ private:
     void selectTarget(const TargetRecord& target);
     [[nodiscard]] int sealed();
     [[nodiscard]] int loadConfiguration();
-    void readTargetParameters();
     [[nodiscard]] int parameterNumber(const char* name) const;
     void setParameterBit3(bool on);
     [[nodiscard]] bool writeRecord(int file, int offset, std::vector<std::uint8_t> bytes);
