@@ -26,9 +26,11 @@ bool celsius(const DisplaySettings& display)
     return display.TemperatureUnits == 1;
 }
 
+// Limits as text; a limit shifted by 273.15 shows without binary noise (-0.15, not -0.149999...).
 std::string number(double value, const DisplaySettings& display)
 {
-    return generalNumberText(toFifteenDigits(value), display.locale);
+    constexpr double kTenDecimals = 1e10;
+    return generalNumberText(toFifteenDigits(std::round(value * kTenDecimals) / kTenDecimals), display.locale);
 }
 
 std::string fromTo(double lower, double upper, const std::string& unit, const DisplaySettings& display)

@@ -27,19 +27,12 @@ constexpr int kFormHeight = 5400;
 constexpr int kBitCount = 16;
 constexpr int kAscii = 0;
 constexpr int kHex = 1;
-constexpr double kCelsiusToKelvin = 273; // the offset a Celsius entry is written with
 
 std::string upper(std::string text)
 {
     std::transform(text.begin(), text.end(), text.begin(),
         [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
     return text;
-}
-
-bool isKelvin(const clsSMBusParameter& parameter)
-{
-    const std::string unit = toLower(parameter.EngineeringUnitsString);
-    return unit == "kelvin" || unit == "k";
 }
 
 } // namespace
@@ -200,20 +193,13 @@ void frmEditParameter::txtNewValue_Change()
 
 void frmEditParameter::validateNumber()
 {
-    const clsSMBusParameter& p = *parameter_;
-    const std::string& text = txtNewValue.text();
-    const NumberVerdict verdict = zv::validateNumber(text, p, display_);
+    const NumberVerdict verdict = zv::validateNumber(txtNewValue.text(), *parameter_, display_);
     if (!verdict.accepted) {
         refuse(verdict.note);
         return;
     }
     lblValidationNote.setVisible(false);
     cmdOK.setEnabled(true);
-    // The raw count the device will hold; a Celsius entry is written in Kelvin.
-    double typed = parseNumber(text, display_.locale.decimalSeparator).value_or(0.0);
-    if (isKelvin(p) && display_.TemperatureUnits == 1)
-        typed += kCelsiusToKelvin;
-    txtNewValueRaw.setText(rawHex(typed, p).value_or(std::string()));
 }
 
 void frmEditParameter::refuse(const std::string& note)
