@@ -17,8 +17,8 @@ struct PlacementKeys {
     const char* height = nullptr;
 };
 
-// Reads the values (table defaults when missing; 0 for a size without a key). A top or left below 0 or above 0.9 of the
-// screen's height or width becomes 0, so a window never opens off screen.
+// Reads the values (table defaults when missing; 0 for a size without a key). A top or left below 0 or above
+// 0.9 of the screen's height or width becomes 0, so a window never opens off screen.
 [[nodiscard]] platform::ui::Bounds readPlacement(const platform::SettingsStore& store,
     const PlacementKeys& keys, const platform::ui::ScreenSize& screen, const std::string& programFolder);
 

@@ -30,7 +30,8 @@ bool celsius(const DisplaySettings& display)
 std::string number(double value, const DisplaySettings& display)
 {
     constexpr double kTenDecimals = 1e10;
-    return generalNumberText(toFifteenDigits(std::round(value * kTenDecimals) / kTenDecimals), display.locale);
+    return generalNumberText(
+        toFifteenDigits(std::round(value * kTenDecimals) / kTenDecimals), display.locale);
 }
 
 std::string fromTo(double lower, double upper, const std::string& unit, const DisplaySettings& display)
@@ -124,7 +125,8 @@ bool keyAllowed(int keyCode, const clsSMBusParameter& parameter, const DisplaySe
     if (type == 0 || type == 6 || type == 7 || keyCode <= kLastControlKey)
         return true;
     const auto key = static_cast<char>(keyCode);
-    const bool digitOrMinus = keyCode < 128 && std::string_view("-0123456789").find(key) != std::string_view::npos;
+    const bool digitOrMinus
+        = keyCode < 128 && std::string_view("-0123456789").find(key) != std::string_view::npos;
     if (parameter.SubBlockDataScaling == 1)
         return digitOrMinus;
     if (parameter.SubBlockDataScaling < 1)

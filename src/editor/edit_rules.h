@@ -52,7 +52,8 @@ struct NumberVerdict {
     const std::string& text, const clsSMBusParameter& parameter, const DisplaySettings& display);
 
 // True when a typed character reaches the new-value box of this parameter.
-[[nodiscard]] bool keyAllowed(int keyCode, const clsSMBusParameter& parameter, const DisplaySettings& display);
+[[nodiscard]] bool keyAllowed(
+    int keyCode, const clsSMBusParameter& parameter, const DisplaySettings& display);
 
 // "ASCII": hex digit pairs become the characters of those codes (pairs that are no hex are left out).
 [[nodiscard]] std::string hexToAscii(const std::string& text);

@@ -67,7 +67,8 @@ frmEditParameter::frmEditParameter(EditParameterContext context)
         &cmdCancel, &cmdInfo });
 }
 
-void frmEditParameter::EditParameter(clsSMBusParameter& parameter, const DisplaySettings& display, int fileChunk)
+void frmEditParameter::EditParameter(
+    clsSMBusParameter& parameter, const DisplaySettings& display, int fileChunk)
 {
     parameter_ = &parameter;
     display_ = display;
@@ -223,7 +224,8 @@ void frmEditParameter::lstBitEncoded_Change(const std::string& key)
     }
     const auto word = bitWord(
         selected, parameter_->ParameterName, c_.globals.settings.ChargerMode, c_.globals.settings.AlarmMode);
-    txtNewValueRawBE.setText(convertToHex(DynamicValue(static_cast<double>(word)), 0).value_or(std::string()));
+    txtNewValueRawBE.setText(
+        convertToHex(DynamicValue(static_cast<double>(word)), 0).value_or(std::string()));
 }
 
 void frmEditParameter::optFormat_Click()

@@ -33,9 +33,10 @@ TEST_F(EditDialogTest, NumbersAreCheckedOnEveryChange)
 {
     auto p = word(1, 16, "", 8);
     const auto results = typeEach(p, { "", "-", "12a", "17", "16", "1.5", "0" });
-    EXPECT_EQ(results, (std::vector<std::string> { "-|off", // empty: no note
-                           "Value out of range|off", // a lone minus counts as 0
-                           "Invalid characters|off", "Value out of range|off", "-|ok", "-|ok", "Value out of range|off" }));
+    EXPECT_EQ(results,
+        (std::vector<std::string> { "-|off", // empty: no note
+            "Value out of range|off", // a lone minus counts as 0
+            "Invalid characters|off", "Value out of range|off", "-|ok", "-|ok", "Value out of range|off" }));
     EXPECT_EQ(seen.range, "1 to 16");
     EXPECT_EQ(seen.rawRange, "0x0001 - 0x0010");
     EXPECT_EQ(seen.currentRaw, "0x0008");
@@ -66,7 +67,8 @@ TEST_F(EditDialogTest, KelvinLimitsAreShownShiftedAndCheckedRounded)
 
     auto rate = word(0, 10, "k/min", 2);
     display.TemperatureUnits = 1;
-    EXPECT_EQ(typeEach(rate, { "10", "11" }), (std::vector<std::string> { "-|ok", "Value out of range|off" }));
+    EXPECT_EQ(
+        typeEach(rate, { "10", "11" }), (std::vector<std::string> { "-|ok", "Value out of range|off" }));
     EXPECT_EQ(seen.range, "0 °C/Min to 10 °C/Min") << "the limits of a rate are not shifted";
     EXPECT_EQ(seen.unitNote, "°C/Min");
 }
@@ -111,22 +113,25 @@ TEST_F(EditDialogTest, HexTextIsUpperCasedAndTrimmedAndConvertsToAscii)
     auto p = word(0, 0);
     p.SubBlockDataType = 7;
     p.value = DynamicValue("4142");
-    edit(p, [&](frmEditParameter& f) {
-        EXPECT_EQ(f.newValueMaxLength(), 8) << "two digits a byte of the file's chunk";
-        EXPECT_EQ(f.optFormat.listIndex(), 1);
-        f.txtNewValue.userEdit("4142ab");
-        EXPECT_EQ(f.txtNewValue.text(), "4142AB");
-        f.txtNewValue.userEdit("4142ABGZ");
-        EXPECT_EQ(f.txtNewValue.text(), "4142AB") << "bad characters go from the end";
-        f.txtNewValue.userEdit("4142");
-        f.optFormat.userSelect(0);
-        EXPECT_EQ(f.txtNewValue.text(), "AB");
-        f.optFormat.userSelect(0);
-        EXPECT_EQ(f.txtNewValue.text(), "AB") << "choosing the same form again changes nothing";
-        f.optFormat.userSelect(1);
-        EXPECT_EQ(f.txtNewValue.text(), "4142");
-        f.cmdOK.click();
-    }, 4);
+    edit(
+        p,
+        [&](frmEditParameter& f) {
+            EXPECT_EQ(f.newValueMaxLength(), 8) << "two digits a byte of the file's chunk";
+            EXPECT_EQ(f.optFormat.listIndex(), 1);
+            f.txtNewValue.userEdit("4142ab");
+            EXPECT_EQ(f.txtNewValue.text(), "4142AB");
+            f.txtNewValue.userEdit("4142ABGZ");
+            EXPECT_EQ(f.txtNewValue.text(), "4142AB") << "bad characters go from the end";
+            f.txtNewValue.userEdit("4142");
+            f.optFormat.userSelect(0);
+            EXPECT_EQ(f.txtNewValue.text(), "AB");
+            f.optFormat.userSelect(0);
+            EXPECT_EQ(f.txtNewValue.text(), "AB") << "choosing the same form again changes nothing";
+            f.optFormat.userSelect(1);
+            EXPECT_EQ(f.txtNewValue.text(), "4142");
+            f.cmdOK.click();
+        },
+        4);
     EXPECT_EQ(seen.range, "Hex String");
     EXPECT_EQ(seen.rawRange, "Hex String");
     EXPECT_EQ(p.NewValue, DynamicValue("4142"));

@@ -45,7 +45,8 @@ public:
     static Snapshot snapshot(const frmEditParameter& f)
     {
         return { f.lblValidRange.caption(), f.lblValidRangeRaw.caption(), f.lblCurrentValueRaw.caption(),
-            f.txtNewValue.text(), f.lblValidationUnit.caption(), f.cmdOK.enabled(), f.fraBitEncoded.visible() };
+            f.txtNewValue.text(), f.lblValidationUnit.caption(), f.cmdOK.enabled(),
+            f.fraBitEncoded.visible() };
     }
 
     // A plain unsigned word with scaling 1 and the given limits and unit.
