@@ -46,6 +46,7 @@ frmEditParameter::frmEditParameter(EditParameterContext context)
     cmdOK.setCaption("OK");
     cmdCancel.setCaption("Cancel");
     cmdInfo.setCaption("Info");
+    fraRaw.setCaption("Raw Values");
     optFormat.setItems({ "ASCII", "HEX" });
     lstBitEncoded.setColumns({ { "Bit", 4200 } });
     lstBitEncoded.setCheckBoxes(true);
