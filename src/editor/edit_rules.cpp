@@ -127,11 +127,10 @@ bool keyAllowed(int keyCode, const clsSMBusParameter& parameter, const DisplaySe
     const auto key = static_cast<char>(keyCode);
     const bool digitOrMinus
         = keyCode < 128 && std::string_view("-0123456789").find(key) != std::string_view::npos;
-    if (parameter.SubBlockDataScaling == 1)
-        return digitOrMinus;
-    if (parameter.SubBlockDataScaling < 1)
+    // A fractional scaling takes a decimal separator; any other (none, 1, a coarser count) whole numbers.
+    if (parameter.SubBlockDataScaling > 0 && parameter.SubBlockDataScaling < 1)
         return digitOrMinus || key == display.locale.decimalSeparator;
-    return false;
+    return digitOrMinus;
 }
 
 std::string hexToAscii(const std::string& text)

@@ -103,7 +103,7 @@ TEST_F(EditDialogTest, KeyFilterFollowsTheScaling)
     whole.SubBlockDataScaling = 0.1;
     EXPECT_EQ(passes(whole, "-1a,.9\b"), "-1,9\b");
     whole.SubBlockDataScaling = 10;
-    EXPECT_EQ(passes(whole, "-1a\b"), "\b");
+    EXPECT_EQ(passes(whole, "-1a,\b"), "-1\b") << "a coarse scaling takes whole numbers";
     whole.SubBlockDataType = 6;
     EXPECT_EQ(passes(whole, "-1a,"), "-1a,");
 }
