@@ -64,8 +64,8 @@ bool DeviceCommands::guarded(const char* errorTitle, const std::function<bool()>
         return command();
     } catch (const std::exception& e) {
         pointer(kDefaultPointer);
-        s_.dialogs.messageBox(std::string("An error has occurred\nError: ") + e.what(),
-            platform::Buttons::OK, platform::Icon::Critical, errorTitle);
+        s_.dialogs.messageBox(std::string("An error has occurred\nError: ") + e.what(), platform::Buttons::OK,
+            platform::Icon::Critical, errorTitle);
         return false;
     }
 }
@@ -181,9 +181,9 @@ bool DeviceCommands::initialize(bool relearn)
     if (hooks_.showSplash)
         hooks_.showSplash(kInitializing);
     s_.window.sbStatusBar.setPanelText(kInfoPanel, kInitializing);
-    const bool ok = driver().WriteCommandFile(relearn ? command_words::kInitializeRelearn
-                                                      : command_words::kInitialize,
-        command_words::initializeWaitMs(s_.globals.gTargetID));
+    const bool ok
+        = driver().WriteCommandFile(relearn ? command_words::kInitializeRelearn : command_words::kInitialize,
+            command_words::initializeWaitMs(s_.globals.gTargetID));
     run(hooks_.closeSplash);
     s_.loop.processEvents();
     (void)driver().SMBus_ReInit();

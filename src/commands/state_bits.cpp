@@ -47,9 +47,8 @@ bool DeviceCommands::toggleAlgorithmBit(const char* parameterName, int bit, bool
     s_.window.disableAllCommands(true);
     pointer(kHourglass);
     std::string text;
-    clsSMBusParameter* parameter = d.GetFile(kConfigurationFile, text)
-        ? d.FindParameter(parameterName, 0).parameter
-        : nullptr;
+    clsSMBusParameter* parameter
+        = d.GetFile(kConfigurationFile, text) ? d.FindParameter(parameterName, 0).parameter : nullptr;
     if (parameter) {
         const int value
             = static_cast<int>(parameter->value.asNumber(d.Parameters.display.locale).value_or(0));

@@ -9,7 +9,7 @@ namespace zv {
 namespace {
 
 struct Entry {
-    platform::ui::MenuItem frmMain::* item;
+    platform::ui::MenuItem frmMain::*item;
     void (DeviceCommands::*handler)();
 };
 
