@@ -220,13 +220,8 @@ void DeviceCommands::mnuRelearnPreserve_Click()
     s_.window.disableAllCommands(true);
     (void)CommandInitialize(true);
     s_.window.enableAllCommands(true);
-    const auto* entry = driver().Directory.DirectoryElements.fileEntry(kUserCalibrationFile);
-    FileRequest request;
-    request.access = 1;
-    request.file = kUserCalibrationFile;
-    request.count = entry ? static_cast<int>(entry->FileLength()) : 0;
-    request.data = hexToBytes(UserCalibrationImage);
-    (void)driver().FileAccessRequest(request);
+    // The whole file from offset 0, in parts no longer than the device takes in one transfer.
+    (void)driver().PutFile(kUserCalibrationFile, hexToBytes(UserCalibrationImage));
 }
 
 void DeviceCommands::mnuResetFuse_Click()
