@@ -22,6 +22,7 @@ protected:
         ASSERT_TRUE(h.connect());
         h.globals.gTargetID = "1001";
         frmMain& window = makeForm();
+        window.show();
         CommandHooks hooks;
         hooks.LoadTabs = note("LoadTabs");
         hooks.Parameters_ReadAll = note("Parameters_ReadAll");
