@@ -1,5 +1,5 @@
-// Safe disconnect: the device opens its FETs, the window counts down and the application ends
-// when the pack's power goes away or the 20 seconds are up.
+// Connect runs the target detection again; safe disconnect lets the device open its FETs, counts
+// down and ends the application when the pack's power goes away or the 20 seconds are up.
 
 #include "commands_fixture.h"
 
@@ -81,6 +81,35 @@ TEST_F(SafeDisconnectTest, RefusedCommandNotifiesAndKeepsTheApplication)
     EXPECT_EQ(h.dialogs.notifications()[0].title, "Safe Disconnect Failed");
     EXPECT_EQ(
         h.dialogs.notifications()[0].text, "An error has occurred while trying to enable safe disconnect.");
+}
+
+TEST_F(CommandsTest, ConnectDetectsLoadsAndReadsAllParameters)
+{
+    std::vector<std::string> splash;
+    commands->hooks().showSplash = [&](const std::string& text) { splash.push_back(text); };
+    commands->hooks().DetectTarget = [this] {
+        calls.emplace_back("DetectTarget");
+        return true;
+    };
+    made->mnuReadAllNodes.onClick = [this] { calls.emplace_back("mnuReadAllNodes"); };
+
+    made->mnuConnect.onClick();
+
+    EXPECT_EQ(splash, std::vector<std::string> { "Initializing communications..." });
+    EXPECT_EQ(calls, (std::vector<std::string> { "DetectTarget", "LoadMainForm", "mnuReadAllNodes" }));
+}
+
+TEST_F(CommandsTest, ConnectStopsWhenTheDetectionFailsAndTakesTheCaptureInDemoMode)
+{
+    commands->hooks().DetectTarget = [] { return false; };
+    made->mnuConnect.onClick();
+    EXPECT_EQ(calls, std::vector<std::string> { "splash Initializing communications..." });
+    calls.clear();
+
+    h.globals.gDemo = true;
+    commands->hooks().DetectDemoTarget = [this] { calls.emplace_back("DetectDemoTarget"); };
+    made->mnuConnect.onClick();
+    EXPECT_EQ(calls, (std::vector<std::string> { "DetectDemoTarget", "LoadMainForm" }));
 }
 
 } // namespace
