@@ -51,6 +51,16 @@ protected:
         readStateBits();
     }
 
+    // Exactly one notification was shown, this one.
+    void expectOnlyNotification(const std::string& title, const std::string& text,
+        platform::Icon icon = platform::Icon::Information) const
+    {
+        ASSERT_EQ(h.dialogs.notifications().size(), 1u);
+        const auto& shown = h.dialogs.notifications()[0];
+        EXPECT_EQ(shown.title, title);
+        EXPECT_EQ(shown.text, text);
+        EXPECT_EQ(shown.icon, icon);
+    }
     [[nodiscard]] bool notified(const std::string& title) const
     {
         for (const auto& n : h.dialogs.notifications())

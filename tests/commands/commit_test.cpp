@@ -33,10 +33,7 @@ TEST_F(CommitTest, NotSilentCommitStoresTheValueClearsTheFlagAndTellsTheUser)
     EXPECT_FALSE(h.driver().Parameters.ParametersWritten);
     EXPECT_FALSE(window.mnuCommit.enabled());
     EXPECT_FALSE(window.mnuParameters_commit.enabled());
-    ASSERT_EQ(h.dialogs.notifications().size(), 1u);
-    EXPECT_EQ(h.dialogs.notifications()[0].title, "Zentavia Parameters Saved!");
-    EXPECT_EQ(h.dialogs.notifications()[0].text, "Recent changes have been committed to flash.");
-    EXPECT_EQ(h.dialogs.notifications()[0].icon, platform::Icon::Information);
+    expectOnlyNotification("Zentavia Parameters Saved!", "Recent changes have been committed to flash.");
     restartPack();
     EXPECT_EQ(h.pack->model().files.get("Design Capacity"), changed);
 }
@@ -56,14 +53,6 @@ TEST_F(CommitTest, SilentCommitShowsNothingButClearsTheFlag)
     EXPECT_EQ(h.pack->model().files.get("Design Capacity"), changed);
 }
 
-TEST_F(CommitTest, WithoutACommitARestartLosesTheValue)
-{
-    const auto before = h.pack->model().files.get("Design Capacity");
-    (void)writeDesignCapacity();
-    restartPack();
-    EXPECT_EQ(h.pack->model().files.get("Design Capacity"), before);
-}
-
 TEST_F(CommitTest, RefusedCommitKeepsTheFlagAndNotifiesTheFailure)
 {
     (void)writeDesignCapacity();
@@ -72,23 +61,8 @@ TEST_F(CommitTest, RefusedCommitKeepsTheFlagAndNotifiesTheFailure)
     EXPECT_FALSE(commands->CommitChanges(false));
 
     EXPECT_TRUE(h.driver().Parameters.ParametersWritten);
-    ASSERT_EQ(h.dialogs.notifications().size(), 1u);
-    EXPECT_EQ(h.dialogs.notifications()[0].title, "Commit Changes Failed");
-    EXPECT_EQ(h.dialogs.notifications()[0].text, "An error has occurred while trying to commit.");
-    EXPECT_EQ(h.dialogs.notifications()[0].icon, platform::Icon::Critical);
-}
-
-TEST_F(CommitTest, DuringAPollTheCommitIsLeftToTheNextTick)
-{
-    bool deferred = false;
-    commands->hooks().deferCommit = [&] { deferred = true; };
-    (void)writeDesignCapacity();
-    h.globals.PollingActive = true;
-
-    commands->mnuCommit_Click();
-
-    EXPECT_TRUE(deferred);
-    EXPECT_TRUE(h.driver().Parameters.ParametersWritten);
+    expectOnlyNotification(
+        "Commit Changes Failed", "An error has occurred while trying to commit.", platform::Icon::Critical);
 }
 
 TEST_F(CommitTest, WiringEnablesTheCommandsAndLeavesCommitToWrittenParameters)

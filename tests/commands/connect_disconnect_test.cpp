@@ -77,39 +77,29 @@ TEST_F(SafeDisconnectTest, RefusedCommandNotifiesAndKeepsTheApplication)
 
     EXPECT_EQ(exitAt, -1);
     EXPECT_FALSE(commands->safeDisconnect().visible());
-    ASSERT_EQ(h.dialogs.notifications().size(), 1u);
-    EXPECT_EQ(h.dialogs.notifications()[0].title, "Safe Disconnect Failed");
-    EXPECT_EQ(
-        h.dialogs.notifications()[0].text, "An error has occurred while trying to enable safe disconnect.");
+    expectOnlyNotification("Safe Disconnect Failed",
+        "An error has occurred while trying to enable safe disconnect.", platform::Icon::Critical);
 }
 
-TEST_F(CommandsTest, ConnectDetectsLoadsAndReadsAllParameters)
+TEST_F(CommandsTest, ConnectDetectsLoadsAndReadsAllOrStopsOrTakesTheDemoCapture)
 {
-    std::vector<std::string> splash;
-    commands->hooks().showSplash = [&](const std::string& text) { splash.push_back(text); };
-    commands->hooks().DetectTarget = [this] {
-        calls.emplace_back("DetectTarget");
-        return true;
-    };
-    made->mnuReadAllNodes.onClick = [this] { calls.emplace_back("mnuReadAllNodes"); };
-
-    made->mnuConnect.onClick();
-
-    EXPECT_EQ(splash, std::vector<std::string> { "Initializing communications..." });
-    EXPECT_EQ(calls, (std::vector<std::string> { "DetectTarget", "LoadMainForm", "mnuReadAllNodes" }));
-}
-
-TEST_F(CommandsTest, ConnectStopsWhenTheDetectionFailsAndTakesTheCaptureInDemoMode)
-{
-    commands->hooks().DetectTarget = [] { return false; };
-    made->mnuConnect.onClick();
-    EXPECT_EQ(calls, std::vector<std::string> { "splash Initializing communications..." });
-    calls.clear();
-
-    h.globals.gDemo = true;
+    bool detected = true;
+    commands->hooks().DetectTarget = [&] { return detected; };
     commands->hooks().DetectDemoTarget = [this] { calls.emplace_back("DetectDemoTarget"); };
-    made->mnuConnect.onClick();
-    EXPECT_EQ(calls, (std::vector<std::string> { "DetectDemoTarget", "LoadMainForm" }));
+    made->mnuReadAllNodes.onClick = [this] { calls.emplace_back("mnuReadAllNodes"); };
+    const auto connect = [this] {
+        calls.clear();
+        made->mnuConnect.onClick();
+        return calls;
+    };
+    using Calls = std::vector<std::string>;
+
+    EXPECT_EQ(
+        connect(), (Calls { "splash Initializing communications...", "LoadMainForm", "mnuReadAllNodes" }));
+    detected = false;
+    EXPECT_EQ(connect(), (Calls { "splash Initializing communications..." }));
+    h.globals.gDemo = true;
+    EXPECT_EQ(connect(), (Calls { "DetectDemoTarget", "LoadMainForm" }));
 }
 
 } // namespace

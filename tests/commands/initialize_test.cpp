@@ -48,9 +48,8 @@ TEST_F(InitializeTest, InitializeComesBackWithTheLinkUpAndReadsEverything)
     EXPECT_EQ(splash, std::vector<std::string> { "Initializing... Please Wait!" });
     EXPECT_TRUE(h.pack->commandSetOpen());
     EXPECT_TRUE(called("Parameters_ReadAll"));
-    ASSERT_EQ(h.dialogs.notifications().size(), 1u);
-    EXPECT_EQ(h.dialogs.notifications()[0].title, "Zentavia Flash Initialized!");
-    EXPECT_EQ(h.dialogs.notifications()[0].text, "Flash has been initialized to its last saved state.");
+    expectOnlyNotification(
+        "Zentavia Flash Initialized!", "Flash has been initialized to its last saved state.");
     std::string text;
     EXPECT_TRUE(h.driver().GetFile(1, text));
 }
@@ -60,9 +59,8 @@ TEST_F(InitializeTest, RefusedInitializeNotifiesAndReadsNothing)
     h.pack->faults().forcedStatus = 5;
     EXPECT_FALSE(commands->CommandInitialize(true));
     EXPECT_FALSE(called("Parameters_ReadAll"));
-    ASSERT_EQ(h.dialogs.notifications().size(), 1u);
-    EXPECT_EQ(h.dialogs.notifications()[0].title, "Initialization Failed");
-    EXPECT_EQ(h.dialogs.notifications()[0].text, "An error has occurred while trying to initialize.");
+    expectOnlyNotification("Initialization Failed", "An error has occurred while trying to initialize.",
+        platform::Icon::Critical);
 }
 
 TEST_F(InitializeTest, RelearnLosesUncommittedCalibrationPreserveKeepsIt)
@@ -78,25 +76,6 @@ TEST_F(InitializeTest, RelearnLosesUncommittedCalibrationPreserveKeepsIt)
     EXPECT_EQ(h.pack->model().files.getSigned("Current Offset"), changed);
     EXPECT_FALSE(commands->UserCalibrationImage.empty());
     EXPECT_TRUE(made->mnuInitialize.enabled());
-}
-
-TEST_F(InitializeTest, PreserveOnAnUnwiredDeviceAnsweredNoDoesNothing)
-{
-    setDeviceWired(false);
-    h.dialogs.answerMessage(platform::Answer::No);
-    const auto before = h.loop.milliseconds();
-
-    made->mnuRelearnPreserve.onClick();
-
-    ASSERT_EQ(h.dialogs.shown().size(), 1u);
-    EXPECT_EQ(h.dialogs.shown()[0].title, "Set Wired Bit?");
-    EXPECT_EQ(h.dialogs.shown()[0].text,
-        "Cannot perform this operation when the 'Wired' bit is not set.\nWould you like to set the "
-        "'Wired' bit now?");
-    EXPECT_EQ(h.dialogs.shown()[0].buttons, platform::Buttons::YesNo);
-    EXPECT_TRUE(commands->UserCalibrationImage.empty());
-    EXPECT_LT(h.loop.milliseconds() - before, 100);
-    EXPECT_TRUE(h.dialogs.notifications().empty());
 }
 
 } // namespace
