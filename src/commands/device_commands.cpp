@@ -138,8 +138,7 @@ bool DeviceCommands::CommitChanges(bool silent)
             return false;
         }
         if (!silent) {
-            s_.window.mnuParameters_commit.setEnabled(false);
-            s_.window.mnuCommit.setEnabled(false);
+            commitEntriesOff();
             notify("Zentavia Parameters Saved!", "Recent changes have been committed to flash.", false);
         }
         driver().Parameters.ParametersWritten = false;
@@ -153,9 +152,14 @@ bool DeviceCommands::Rebuild()
 {
     if (!driver().WriteCommandFile(command_words::kRebuild))
         return false;
+    commitEntriesOff();
+    return true;
+}
+
+void DeviceCommands::commitEntriesOff()
+{
     s_.window.mnuParameters_commit.setEnabled(false);
     s_.window.mnuCommit.setEnabled(false);
-    return true;
 }
 
 void DeviceCommands::mnuCommit_Click()

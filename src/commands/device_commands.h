@@ -43,8 +43,9 @@ struct CommandHooks {
     std::function<bool()> DetectTarget;
     std::function<void()> DetectDemoTarget;
     std::function<void()> LoadMainForm;
-    // Brings the main window to the front (shows it maximized for the loader-only start).
+    // Brings the main window to the front.
     std::function<void()> bringToFront;
+    // Shows the main window maximized (the loader-only start, before LoadMainForm).
     std::function<void()> showMaximized;
     // The window's CalibrationPending flag goes false after a commit.
     std::function<void()> clearCalibrationPending;
@@ -119,6 +120,7 @@ private:
     };
     [[nodiscard]] bool singleCommand(const char* word, const Outcome& outcome, bool updateBits);
     [[nodiscard]] bool initialize(bool relearn);
+    void commitEntriesOff();
     [[nodiscard]] bool toggleAlgorithmBit(const char* parameterName, int bit, bool& stateBit);
     [[nodiscard]] int rebuildCode();
     void rebuildViews();
