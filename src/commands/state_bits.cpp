@@ -40,7 +40,8 @@ void DeviceCommands::mnuToggleConfigure_Click()
 }
 
 // Reads file 9, flips the bit of "Algorithm Enable", writes it and commits. stateBit takes the
-// bit as read before the write; UpdateDeviceBits sets it from the device afterwards.
+// bit as read before the write; UpdateDeviceBits sets it from the device afterwards. A failed
+// read gives the commands back as well, so that the menu is never left switched off.
 bool DeviceCommands::toggleAlgorithmBit(const char* parameterName, int bit, bool& stateBit)
 {
     auto& d = driver();
