@@ -105,15 +105,15 @@ void PackSummary::addTabs(std::vector<std::string>& lines, const platform::ui::T
 {
     if (!tabs)
         return;
-    for (int i = 0; i < tabs->tabCount() && i < static_cast<int>(lists.size()); ++i) {
-        const platform::ui::Tab& tab = tabs->tabs()[static_cast<std::size_t>(i)];
-        if (!tab.visible || !lists[static_cast<std::size_t>(i)])
+    const auto& all = tabs->tabs();
+    for (std::size_t i = 0; i < all.size() && i < lists.size(); ++i) {
+        if (!all[i].visible || !lists[i])
             continue;
-        const auto rows = rowsOf(*lists[static_cast<std::size_t>(i)], parameters, mode);
+        const auto rows = rowsOf(*lists[i], parameters, mode);
         if (rows.empty())
             continue;
         lines.emplace_back();
-        lines.push_back("<" + tab.caption + ">");
+        lines.push_back("<" + all[i].caption + ">");
         lines.insert(lines.end(), rows.begin(), rows.end());
     }
 }
