@@ -91,7 +91,7 @@ void frmPreferences::cmdOK_Click()
     chosen.AlternateRowColor = colors_[2];
     store(chosen);
     s_.globals.settings = chosen;
-    if (clsMain* main = s_.main ? s_.main() : nullptr)
+    if (clsMain* main = connectedMain(s_))
         main->CellWeft().Parameters.display.TemperatureUnits = chosen.TemperatureUnits;
     unload();
     refreshMainWindow();

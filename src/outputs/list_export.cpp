@@ -1,6 +1,5 @@
 #include "outputs/list_export.h"
 
-#include "core/globals.h"
 #include "core/local_time.h"
 #include "driver/cls_main.h"
 #include "monitor/main_title.h"
@@ -79,7 +78,7 @@ ListExport::ListExport(OutputServices& services)
 
 std::string ListExport::gatewayValue(const char* name) const
 {
-    clsMain* main = s_.main ? s_.main() : nullptr;
+    clsMain* main = connectedMain(s_);
     if (!main)
         return {};
     auto& driver = main->CellWeft();

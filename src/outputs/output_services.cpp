@@ -4,6 +4,11 @@
 
 namespace zv {
 
+clsMain* connectedMain(const OutputServices& services)
+{
+    return services.main ? services.main() : nullptr;
+}
+
 void showOutputError(platform::Dialogs& dialogs, const std::string& text)
 {
     dialogs.messageBox(

@@ -53,6 +53,9 @@ struct OutputServices {
     MonitorActions monitor;
 };
 
+// The driver's owner, or nullptr while there is none.
+[[nodiscard]] clsMain* connectedMain(const OutputServices& services);
+
 // The box of a failed output: "An error has occurred", a line break, "Error: " and the text.
 void showOutputError(platform::Dialogs& dialogs, const std::string& text);
 

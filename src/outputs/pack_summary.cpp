@@ -172,7 +172,7 @@ void PackSummary::addCells(std::vector<std::string>& lines, clsCellWeft& driver,
 
 std::vector<std::string> PackSummary::Lines(SummaryMode mode)
 {
-    clsMain* main = s_.main ? s_.main() : nullptr;
+    clsMain* main = connectedMain(s_);
     if (!main)
         throw std::runtime_error("No pack is connected.");
     clsCellWeft& driver = main->CellWeft();
