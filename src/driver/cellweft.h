@@ -66,6 +66,8 @@ public:
     [[nodiscard]] bool SMBus_ReInit2();
     [[nodiscard]] bool GetScaling();
     [[nodiscard]] bool usbTransport() const;
+    // SMBus block read of the transport in use.
+    [[nodiscard]] std::optional<std::vector<std::uint8_t>> readBlock(std::uint8_t command);
 
     // Device files.
     [[nodiscard]] FileReply FileAccessRequest(const FileRequest& request)
@@ -121,7 +123,6 @@ public:
 
 private:
     [[nodiscard]] bool reInit(bool quiet);
-    [[nodiscard]] std::optional<std::vector<std::uint8_t>> readBlock(std::uint8_t command);
 
     CellWeftServices s_;
     CellWeftEvents& events_;

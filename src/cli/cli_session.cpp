@@ -1,0 +1,351 @@
+#include "cli/cli_session.h"
+
+#include "access/crypt_text.h"
+#include "access/pack_key.h"
+#include "cli/cli_error.h"
+#include "cli/target_operations.h"
+#include "connection/port_dialog_services.h"
+#include "core/paths.h"
+#include "core/target_table.h"
+#include "core/val.h"
+#include "link/smbus_transactions.h"
+#include "params/configuration_reader.h"
+#include "platform/ini_file.h"
+#include "platform/port_devices.h"
+#include "platform/serial_port.h"
+#include "usb/usb_adapter_factory.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <filesystem>
+#include <ostream>
+
+namespace zv::cli {
+
+namespace {
+
+constexpr int kNoAnswer = 0xFFFB;
+constexpr int kCommunicationError = 0xFFFF;
+constexpr int kUnsupportedTarget = 0xEFFF;
+constexpr int kSealed = 0x8004;
+constexpr int kCommandSetClosed = 0;
+// A failed unlock over the USB adapter: its result -1, -2 or -3 as 0x8001 to 0x8003, else 0x800F.
+constexpr int kUsbUnlockFailed = 0x8000;
+constexpr int kUsbOtherFailure = 0x800F;
+
+constexpr const char* kCheckConnections = "Please check power and the connections to the hardware.";
+constexpr const char* kNeedsProgramming = "The hardware needs to be (re)programmed.";
+
+std::string resultCode(int code)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "Result code 0x%04X", code);
+    return text;
+}
+
+// The text of the splash's fault screen with the detection result it comes with.
+CliError startupFault(const std::string& text, int code)
+{
+    return CliError(text + "\n" + resultCode(code));
+}
+
+CliError cannotConnect(int code)
+{
+    return startupFault(std::string("Unable to connect to device\n") + kCheckConnections, code);
+}
+
+CliError communicationFailed(int code)
+{
+    return startupFault(
+        std::string("Communication error to hardware. Connection failed\n") + kCheckConnections, code);
+}
+
+// A port that cannot be opened says why in its own words; a dongle that does not answer, or
+// another failure, is told as the connection dialogs tell it.
+int usbUnlockCode(int result)
+{
+    return result >= -3 && result <= -1 ? kUsbUnlockFailed - result : kUsbOtherFailure;
+}
+
+CliError linkFailure(int number, const std::string& portText)
+{
+    if (!portText.empty() && number != kDongleNotAnswering)
+        return CliError(std::string(kConnectionFailedTitle) + "\n" + portText);
+    const auto texts = connectFailureTexts(number, false);
+    std::string description = texts.description;
+    for (auto at = description.find("\r\n"); at != std::string::npos; at = description.find("\r\n", at))
+        description.erase(at, 1);
+    return CliError(texts.title + "\n" + description);
+}
+
+CliError configurationFault()
+{
+    return startupFault(
+        std::string("An error has occurred while reading the configuration files.\n") + kCheckConnections,
+        kCommunicationError);
+}
+
+bool isPortNumber(const std::string& text)
+{
+    return !text.empty() && text.size() < 6
+        && std::all_of(text.begin(), text.end(), [](unsigned char c) { return std::isdigit(c); });
+}
+
+void rejectSealed(int level)
+{
+    if (level == 0 || level == 1)
+        throw startupFault("The target device is sealed!", kSealed);
+}
+
+} // namespace
+
+CliSession::CliSession(SessionServices services, LinkOptions options)
+    : s_(std::move(services))
+    , options_(std::move(options))
+{
+    readSetup();
+}
+
+CliSession::~CliSession()
+{
+    disconnect();
+}
+
+void CliSession::readSetup()
+{
+    globals_.gINIFile = joinPath(s_.programFolder, "Zentavia.ini");
+    globals_.gDemoFile = joinPath(s_.programFolder, "demo.ini");
+    globals_.gDemo = options_.demo;
+    const auto ini = platform::IniFile::load(globals_.gINIFile);
+    // --usb takes the USB adapter, --port the dongle; else Zentavia.ini decides.
+    globals_.gTransport = static_cast<int>(Val(ini.value("Setup", "Communications")));
+    if (!options_.usbDevice.empty())
+        globals_.gTransport = kTransportUsbAdapter;
+    else if (!options_.port.empty() && globals_.usbTransport())
+        globals_.gTransport = 0;
+    const int address = options_.address.value_or(static_cast<int>(Val(ini.value("Setup", "Address"))));
+    if (address > 0)
+        globals_.setAddress(address);
+    globals_.settings = readStartupSettings(s_.settings, s_.programFolder);
+}
+
+void CliSession::choosePort()
+{
+    if (options_.port.empty())
+        return;
+    if (isPortNumber(options_.port)) {
+        const int number = std::stoi(options_.port);
+        if (number < 1)
+            throw CliError("--port: a port number starts at 1", kExitUsage);
+        globals_.settings.CommPort = number;
+        return;
+    }
+    // A device path stands in for the configured port number for this run.
+    s_.settings.setValue(std::string(platform::kPortsKeyPath),
+        "COM" + std::to_string(globals_.settings.CommPort), options_.port);
+}
+
+DemoFileSource CliSession::loadCapture() const
+{
+    if (!std::filesystem::exists(globals_.gDemoFile))
+        throw CliError("The demonstration file is missing. Aborting demo mode startup.");
+    auto capture = std::make_shared<platform::IniFile>(platform::IniFile::load(globals_.gDemoFile));
+    return [capture](const std::string& key) { return capture->value("Data", key); };
+}
+
+void CliSession::createDriver()
+{
+    CellWeftServices services { s_.port, s_.loop, s_.dialogs, s_.settings, globals_, s_.programFolder };
+    if (globals_.gDemo)
+        services.demo = loadCapture();
+    if (globals_.usbTransport()) {
+        const auto setting
+            = options_.usbDevice.empty() ? readUsbAdapterSetting(globals_.gINIFile) : options_.usbDevice;
+        services.usbAdapter = [factory = s_.usbAdapters, setting] {
+            return factory ? factory(setting) : makeUsbAdapter(setting);
+        };
+    }
+    services.endProgram = [] {}; // a missing adapter ends this run through openAdapter
+    main_ = std::make_unique<clsMain>(std::move(services), s_.dialogs);
+    main_->hooks.fileAccessStatus = [this](const std::string& message, int file) {
+        s_.diagnostics << "File " << file << ": " << message << '\n';
+    };
+}
+
+TargetOperations CliSession::target()
+{
+    return TargetOperations(driver());
+}
+
+void CliSession::openAdapter()
+{
+    auto& usb = driver().Usb;
+    (void)usb.usbOpen();
+    if (!usb.opened())
+        throw CliError(
+            std::string("Communication error to hardware. Connection failed\n") + kCheckConnections);
+}
+
+void CliSession::openLink()
+{
+    auto& d = driver();
+    const bool usb = globals_.usbTransport();
+    if (usb) {
+        openAdapter();
+    } else if (const int result = d.SMBus_Init(); result != kLinkUp) {
+        throw linkFailure(result, s_.port.errorText());
+    }
+    linkUp_ = true;
+    auto ops = target();
+    if (const int result = ops.UnlockDevice(); result != 0)
+        throw cannotConnect(usb ? usbUnlockCode(result) : kNoAnswer);
+    targetAnswered_ = true;
+    if (!ops.EnableUlmarCommandSet())
+        throw communicationFailed(kCommandSetClosed);
+    (void)d.GetScaling();
+    const int state = ops.GetHardwareState();
+    if (state == -1)
+        throw communicationFailed(kCommunicationError);
+    if (state == kSystemLoaderState || state == kApplicationLoaderState) // a loader runs
+        throw startupFault(kNeedsProgramming, state);
+}
+
+void CliSession::connect()
+{
+    if (connected_)
+        return;
+    if (!globals_.gDemo && !globals_.usbTransport())
+        choosePort();
+    createDriver();
+    if (!globals_.gDemo)
+        openLink();
+    connected_ = true;
+}
+
+std::string CliSession::demoTargetId() const
+{
+    const auto cipher = platform::IniFile::load(globals_.gDemoFile).value("Target", "ID");
+    return modCryptText::DecryptText(cipher, kPackKey);
+}
+
+void CliSession::identify()
+{
+    connect();
+    if (identified_)
+        return;
+    auto& d = driver();
+    if (globals_.gDemo) {
+        globals_.gTargetID = demoTargetId();
+    } else {
+        const int id = target().GetTargetID();
+        if (id < 0)
+            throw cannotConnect(kNoAnswer);
+        globals_.gTargetID = targetIdText(id);
+    }
+    const auto record = findTargetById(readTargetTable(globals_.gINIFile), globals_.gTargetID);
+    if (!record)
+        throw startupFault("The attached device is reporting an unsupported target application.\nTargetID = "
+                + globals_.gTargetID,
+            kUnsupportedTarget);
+    applyTarget(globals_, *record);
+    d.Config.GatewayConfigFileName = gatewayConfigFile(*record, s_.programFolder);
+    d.Config.NodeConfigFileName = nodeConfigFile(*record, s_.programFolder);
+    if (!globals_.gDemo && globals_.gTargetID == "1003")
+        if (const int level = target().GetAccessLevel(); level >= 0)
+            rejectSealed(level);
+    identified_ = true;
+}
+
+void CliSession::readDirectory()
+{
+    connect();
+    if (directoryRead_)
+        return;
+    if (!driver().GetDir())
+        throw communicationFailed(kCommunicationError);
+    directoryRead_ = true;
+}
+
+std::optional<double> CliSession::parameterNumber(const char* name)
+{
+    const auto* parameter = driver().GatewayParameters.FindByName(name);
+    if (!parameter)
+        return std::nullopt;
+    return parameter->value.asNumber(driver().Parameters.display.locale);
+}
+
+void CliSession::readTargetGlobals()
+{
+    const auto bits
+        = [this](const char* name) { return static_cast<long>(parameterNumber(name).value_or(0)); };
+    const long algorithm = bits("Algorithm enable");
+    globals_.gAlgEnableBit3 = (algorithm & 0x08) != 0;
+    globals_.gAlgEnableBit5 = (algorithm & 0x20) != 0;
+    globals_.gInternalFlag0 = (bits("Internal Flags 2") & 0x01) != 0;
+    globals_.gFirmwareVersion = bits("Firmware Version");
+    globals_.gFirmwareBuild = bits("FW Build");
+    globals_.gTempSensorCount = static_cast<int>(bits("Temperature Sensor Count") & 0xFF);
+}
+
+void CliSession::loadConfiguration()
+{
+    identify();
+    readDirectory();
+    if (configured_)
+        return;
+    auto& d = driver();
+    if (d.readConfig(kGatewayConfigFile) != kConfigRead)
+        throw configurationFault();
+    std::string text;
+    for (const int file : { 9, 5, 11, 18 })
+        (void)d.GetFile(file, text);
+    const int level = static_cast<int>(parameterNumber("Access Level").value_or(-1));
+    d.Parameters.UserAccessLevel = level;
+    if (globals_.gTargetID == "1001" || globals_.gTargetID == "1002")
+        rejectSealed(level);
+    readTargetGlobals();
+    d.Link.Status = 0;
+    (void)d.RebuildLAN(true);
+    globals_.gCellsMatch = d.Parameters.gCellsMatch;
+    globals_.gNodeCount = static_cast<std::uint8_t>(d.nodes.Count());
+    if (d.readConfig(kCellConfigFile) > kConfigReadCopiesFollow)
+        throw configurationFault();
+    configured_ = true;
+}
+
+void CliSession::detect()
+{
+    loadConfiguration();
+}
+
+void CliSession::disconnect()
+{
+    if (!main_ || globals_.gDemo)
+        return;
+    auto& d = driver();
+    if (targetAnswered_) {
+        auto ops = target();
+        (void)ops.DisableUlmarCommandSet();
+        (void)ops.LockDevice();
+    }
+    if (linkUp_ && globals_.usbTransport())
+        d.Usb.usbRelease();
+    else if (linkUp_)
+        d.Link.ResetHLK();
+    linkUp_ = targetAnswered_ = connected_ = false;
+}
+
+clsCellWeft& CliSession::driver()
+{
+    if (!main_)
+        throw std::logic_error("the session has no driver before connect()");
+    return main_->CellWeft();
+}
+
+int CliSession::userAccessLevel()
+{
+    return driver().Parameters.UserAccessLevel;
+}
+
+} // namespace zv::cli

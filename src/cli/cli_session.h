@@ -1,0 +1,104 @@
+#pragma once
+// The driver of one zentavia-cli run over the seams it is given (serial port or USB adapter,
+// settings, dialogs): the
+// link, the target's identification, the directory and the configuration, in that order, each
+// stage run once and only when a command needs it. The headless part of target detection: no
+// splash, no login, no choice of target by hand; every failure is a CliError with the text the
+// splash would show.
+
+#include "core/globals.h"
+#include "driver/cls_main.h"
+
+#include <functional>
+#include <iosfwd>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace zv::platform {
+class Dialogs;
+class EventLoop;
+class SerialPort;
+class SettingsStore;
+} // namespace zv::platform
+
+namespace zv {
+class UsbAdapter;
+}
+
+namespace zv::cli {
+
+class TargetOperations;
+
+// The link options of the command line.
+struct LinkOptions {
+    std::string port; // --port: a port number or a device path; empty: the CommPort setting
+    std::string usbDevice; // --usb: the adapter as the UsbAdapter setting names one
+    bool demo = false; // --demo: run from the capture demo.ini in the program folder
+    std::optional<int> address; // --address: 7-bit SMBus address; else [Setup] Address
+};
+
+// Makes the USB adapter that a UsbAdapter setting names (makeUsbAdapter).
+using UsbAdapterFactory = std::function<std::unique_ptr<UsbAdapter>(const std::string& setting)>;
+
+struct SessionServices {
+    platform::SerialPort& port;
+    platform::EventLoop& loop;
+    platform::Dialogs& dialogs;
+    // Writes go to this run only: a device path given as --port becomes a port override here.
+    platform::SettingsStore& settings;
+    std::string programFolder;
+    std::ostream& diagnostics; // file status messages of the device
+    UsbAdapterFactory usbAdapters = {}; // empty: makeUsbAdapter
+};
+
+class CliSession {
+public:
+    CliSession(SessionServices services, LinkOptions options);
+    ~CliSession();
+    CliSession(const CliSession&) = delete;
+    CliSession& operator=(const CliSession&) = delete;
+
+    // The link up and the command set open (in demo mode: the capture loaded).
+    void connect();
+    // The target id matched in the target table; a sealed target ends here.
+    void identify();
+    void readDirectory();
+    // The gateway configuration, the first device files, the globals of the target, the cells and
+    // the cell configuration.
+    void loadConfiguration();
+    // All four stages, as target detection runs them.
+    void detect();
+    // The exit order of the link: command set closed, device locked, dongle reset.
+    void disconnect();
+
+    [[nodiscard]] clsCellWeft& driver();
+    [[nodiscard]] const AppGlobals& globals() const { return globals_; }
+    [[nodiscard]] int userAccessLevel();
+    [[nodiscard]] bool demo() const { return globals_.gDemo; }
+
+private:
+    void readSetup();
+    void choosePort();
+    void createDriver();
+    void openLink();
+    void openAdapter();
+    [[nodiscard]] TargetOperations target();
+    [[nodiscard]] DemoFileSource loadCapture() const;
+    [[nodiscard]] std::string demoTargetId() const;
+    [[nodiscard]] std::optional<double> parameterNumber(const char* name);
+    void readTargetGlobals();
+
+    SessionServices s_;
+    LinkOptions options_;
+    AppGlobals globals_;
+    std::unique_ptr<clsMain> main_;
+    bool linkUp_ = false; // the dongle answers or the adapter is open: the exit order ends the link
+    bool targetAnswered_ = false; // the target answers: the exit order closes its command set
+    bool connected_ = false;
+    bool identified_ = false;
+    bool directoryRead_ = false;
+    bool configured_ = false;
+};
+
+} // namespace zv::cli
