@@ -12,6 +12,8 @@ namespace {
 
 int twips(const platform::SettingsStore& store, const char* name, const std::string& programFolder)
 {
+    if (!name)
+        return 0;
     const double value = Val(readSetting(store, name, programFolder));
     return static_cast<int>(std::clamp(std::trunc(value), -1.0e9, 1.0e9));
 }
@@ -39,8 +41,10 @@ void storePlacement(
 {
     writeSetting(store, keys.top, std::to_string(bounds.top));
     writeSetting(store, keys.left, std::to_string(bounds.left));
-    writeSetting(store, keys.width, std::to_string(bounds.width));
-    writeSetting(store, keys.height, std::to_string(bounds.height));
+    if (keys.width)
+        writeSetting(store, keys.width, std::to_string(bounds.width));
+    if (keys.height)
+        writeSetting(store, keys.height, std::to_string(bounds.height));
 }
 
 platform::ui::Bounds logTextArea(const platform::ui::Bounds& window)

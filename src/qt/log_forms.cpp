@@ -1,6 +1,7 @@
 #include "qt/log_forms.h"
 
 #include "qt/access_forms.h"
+#include "qt/outputs_forms.h"
 
 #include <QFontDatabase>
 #include <QPlainTextEdit>
@@ -44,6 +45,8 @@ std::unique_ptr<QWidget> makeFormFor(const std::string& windowName)
         return makeEventLogForm();
     if (windowName == "frmModemLog")
         return makeModemLogForm();
+    if (auto form = makeOutputsFormFor(windowName))
+        return form;
     return makeAccessFormFor(windowName);
 }
 

@@ -1,0 +1,68 @@
+// The Qt form of the edit dialog: every control finds its widget, and the widget applies the
+// logic's key filter and length limit.
+
+#include "editor_fixture.h"
+#include "qt/binder.h"
+#include "qt/editor_form.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+
+#include <gtest/gtest.h>
+
+using namespace zv;
+
+namespace {
+
+void ensureApplication()
+{
+    static int argc = 1;
+    static char name[] = "test_editor";
+    static char* argv[] = { name, nullptr };
+    if (!QApplication::instance())
+        new QApplication(argc, argv);
+}
+
+void typeKey(QLineEdit& box, char key)
+{
+    QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(QChar(key)));
+    QApplication::sendEvent(&box, &press);
+}
+
+class EditorFormTest : public ::testing::Test, public test::EditorFixture { };
+
+} // namespace
+
+TEST_F(EditorFormTest, TheWidgetFiltersKeysAndLimitsLength)
+{
+    ensureApplication();
+    qt::Binder binder;
+    auto widget = qt::makeEditParameterForm(form);
+    QLineEdit* box = widget->findChild<QLineEdit*>("txtNewValue");
+    ASSERT_NE(box, nullptr);
+    EXPECT_TRUE(widget->isModal());
+    EXPECT_EQ(binder.bind(form, std::move(widget)), std::vector<std::string> {});
+
+    auto number = word(0, 100);
+    edit(number, [&](frmEditParameter&) {
+        box->clear();
+        for (const char key : std::string("4a2.-"))
+            typeKey(*box, key);
+        EXPECT_EQ(form.txtNewValue.text(), "42-");
+        EXPECT_EQ(form.lblValidationNote.caption(), "Invalid characters");
+    });
+
+    auto text = word(0, 0);
+    text.SubBlockDataType = 6;
+    edit(
+        text,
+        [&](frmEditParameter&) {
+            EXPECT_EQ(box->maxLength(), 3);
+            box->clear();
+            for (const char key : std::string("ab.-x"))
+                typeKey(*box, key);
+            EXPECT_EQ(form.txtNewValue.text(), "ab.");
+        },
+        3);
+}
