@@ -65,7 +65,12 @@ void frmMain::listControls()
 {
     for (const auto* tree : { &menuBar_, &popupMenus_ })
         forEachMenuNode(*tree, [this](const MenuNode& node) { addControls({ node.item }); });
-    addControls({ &lblSHIP_BIT, &lblUNLOCK_BIT, &lblCONFIG_BIT, &sbStatusBar, &trayIcon });
+    addControls({ &lblSHIP_BIT, &lblUNLOCK_BIT, &lblCONFIG_BIT, &lvGateway, &lvNodes, &SSTab1, &SSTab,
+        &fraStatus, &lvStatus, &cmbPollRate, &cmdCollapseCells, &cmdCollapsePack, &sbStatusBar, &trayIcon });
+    for (auto& list : lvProperties)
+        addControls({ &list });
+    for (auto& list : lvParameters)
+        addControls({ &list });
 }
 
 void frmMain::buildStatusBar()
