@@ -113,6 +113,8 @@ public:
     // True while a log file is open (the log writer).
     std::function<bool()> logFileOpen;
     MonitorLoadSteps monitorSteps;
+    // Pops up one of popupMenus() at the mouse; the toolkit fills it in.
+    std::function<void(platform::ui::MenuItem& menu)> popupMenu;
     // The questions and device steps of closing; false keeps the window open.
     std::function<bool()> closeRequested;
     // Runs when the window unloads: the program ends.

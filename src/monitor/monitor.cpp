@@ -59,8 +59,7 @@ void Monitor::wireMenus()
     defer(f.mnuPP, PendingCommand::HomePage);
 
     action(PendingCommand::WritePendingChanges) = [this] { edits.WritePendingChanges(); };
-    action(PendingCommand::ReadThis)
-        = [this] { edits.readThis(tabs.currentParameters(), tabs.currentParameters().selectedKey()); };
+    action(PendingCommand::ReadThis) = [this] { edits.readThis(menus.targetList(), menus.targetKey()); };
     action(PendingCommand::ReadAll) = [this] { (void)edits.Parameters_ReadAll(); };
     action(PendingCommand::ReadSelected) = [this] { edits.Parameters_ReadSelected(); };
 
@@ -75,15 +74,11 @@ void Monitor::wireMenus()
     for (auto* item : { &f.mnuWritePendingChanges, &f.mnuParameters_Write })
         item->onClick = [this] { edits.mnuWritePendingChanges(); };
     f.mnuParameters_ReadThis.onClick = [this] { poll.runOrDefer(PendingCommand::ReadThis); };
-    f.mnuParameters_Revert.onClick = [this] {
-        auto& list = tabs.currentParameters();
-        edits.revert(list, list.selectedKey(), false);
-    };
+    f.mnuParameters_Revert.onClick
+        = [this] { edits.revert(menus.targetList(), menus.targetKey(), menus.targetIsProperty()); };
     f.mnuParameters_RevertAll.onClick = [this] { edits.revertAll(); };
-    f.mnuParameters_EditThis.onClick = [this] {
-        auto& list = tabs.currentParameters();
-        edits.editRow(list, list.selectedKey(), false);
-    };
+    f.mnuParameters_EditThis.onClick
+        = [this] { edits.editRow(menus.targetList(), menus.targetKey(), menus.targetIsProperty()); };
 }
 
 void Monitor::wireLists()
@@ -96,9 +91,18 @@ void Monitor::wireLists()
     for (auto& list : f.lvParameters) {
         list.onItemClick = [this](const std::string& key) { edits.lvParameters_Click(key); };
         list.onDblClick = [this, &list](const std::string& key) { edits.editRow(list, key, false); };
+        list.onMouseUp = [this, &list](const std::string& key, bool right) {
+            menus.parametersMouseUp(list, key, right);
+        };
     }
-    for (auto& list : f.lvProperties)
+    for (auto& list : f.lvProperties) {
         list.onDblClick = [this, &list](const std::string& key) { edits.editRow(list, key, true); };
+        list.onMouseUp = [this, &list](const std::string& key, bool right) {
+            menus.propertiesMouseUp(list, key, right);
+        };
+    }
+    for (auto* list : { &f.lvNodes, &f.lvGateway })
+        list->onMouseUp = [this](const std::string&, bool right) { menus.nodesMouseUp(right); };
     f.SSTab.onClick = [this] { edits.SSTab_Click(); };
     f.cmbPollRate.onClick = [this] { poll.choosePollRate(context.form.cmbPollRate.listIndex()); };
 }

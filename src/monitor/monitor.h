@@ -2,6 +2,7 @@
 // The live monitor of the main window: the lists and tabs, the poll and the parameter edits,
 // joined to frmMain's load steps, menu entries and list events.
 
+#include "monitor/list_menus.h"
 #include "monitor/monitor_context.h"
 #include "monitor/parameter_edits.h"
 #include "monitor/parameter_tabs.h"
@@ -20,6 +21,7 @@ public:
     ParameterTabs tabs { context };
     PollCycle poll { context, tabs };
     ParameterEdits edits { context, tabs, poll };
+    ListMenus menus { context, tabs, poll };
 
 private:
     void wireLoadSteps();

@@ -343,8 +343,16 @@ bool bindListView(ui::ListView& view, QTreeWidget& tree, const BindContext& cont
         });
     const auto keyOf
         = [](QTreeWidgetItem* item) { return item->data(0, Qt::UserRole).toString().toStdString(); };
-    onUser(context, &tree, &QTreeWidget::itemClicked,
-        [&view, keyOf](QTreeWidgetItem* item, int) { view.userSelect(keyOf(item)); });
+    onUser(context, &tree, &QTreeWidget::itemClicked, [&view, keyOf](QTreeWidgetItem* item, int) {
+        view.userSelect(keyOf(item));
+        view.userMouseUp(keyOf(item), false);
+    });
+    onUser(context, &tree, &QWidget::customContextMenuRequested, [&view, &tree, keyOf](const QPoint& at) {
+        QTreeWidgetItem* item = tree.itemAt(at);
+        if (item)
+            view.userSelect(keyOf(item));
+        view.userMouseUp(item ? keyOf(item) : std::string(), true);
+    });
     onUser(context, &tree, &QTreeWidget::itemDoubleClicked,
         [&view, keyOf](QTreeWidgetItem* item, int) { view.userDoubleClick(keyOf(item)); });
     onUser(context, &tree, &QTreeWidget::itemChanged, [&view, keyOf](QTreeWidgetItem* item, int column) {

@@ -156,5 +156,31 @@ TEST_F(ParameterEditsTest, ACellClickLoadsItsPropertiesAndTheHeaderTogglesEveryC
     EXPECT_EQ(rig.h.globals.CurrentNode, 0);
 }
 
+TEST_F(ParameterEditsTest, RightClickOffersWhatTheRowAllowsAndTheMenuActsOnThatRow)
+{
+    std::vector<std::string> popups;
+    rig.form->popupMenu = [&](platform::ui::MenuItem& menu) { popups.push_back(menu.name()); };
+    ListView& list = listOf(*sleep);
+    const std::string key = keyOf(*sleep);
+    list.userMouseUp(key, false);
+    EXPECT_EQ(rig.info(), "Sleep Current: Right click and select 'Info' for more information");
+    EXPECT_TRUE(popups.empty());
+
+    list.userMouseUp(key, true);
+    ASSERT_EQ(popups, std::vector<std::string> { "mnuParameters" });
+    EXPECT_TRUE(rig.form->mnuParameters_EditThis.enabled());
+    EXPECT_FALSE(rig.form->mnuParameters_Revert.enabled()) << "nothing pending on this row";
+
+    list.setSelectedKey(key);
+    typed = sleep->value.number() + 4;
+    rig.form->mnuParameters_EditThis.click();
+    EXPECT_EQ(edited.size(), 1u);
+    list.userMouseUp(key, true);
+    EXPECT_TRUE(rig.form->mnuParameters_Revert.enabled());
+
+    rig.form->lvNodes.userMouseUp("n1", true);
+    EXPECT_EQ(popups.back(), "mnulvNodes");
+}
+
 } // namespace
 } // namespace zv

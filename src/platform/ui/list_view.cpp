@@ -150,6 +150,12 @@ void ListView::userCheck(const std::string& key, bool checked)
         onItemCheck(key, checked);
 }
 
+void ListView::userMouseUp(const std::string& key, bool rightButton)
+{
+    if (usable() && onMouseUp)
+        onMouseUp(index_.count(key) ? key : std::string(), rightButton);
+}
+
 void ListView::userColumnClick(int column)
 {
     if (usable() && onColumnClick)

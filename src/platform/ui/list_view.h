@@ -69,15 +69,19 @@ public:
     [[nodiscard]] const std::string& selectedKey() const { return selectedKey_; }
     void setSelectedKey(const std::string& key);
 
-    // User actions: select a row, double-click it, tick its check box, click a column header.
+    // User actions: select a row, double-click it, tick its check box, click a column header,
+    // release a mouse button.
     void userSelect(const std::string& key);
     void userDoubleClick(const std::string& key);
     void userCheck(const std::string& key, bool checked);
     void userColumnClick(int column);
+    // A mouse button released over a row (the key; empty over no row).
+    void userMouseUp(const std::string& key, bool rightButton);
     std::function<void(const std::string& key)> onItemClick;
     std::function<void(const std::string& key)> onDblClick;
     std::function<void(const std::string& key, bool checked)> onItemCheck;
     std::function<void(int column)> onColumnClick;
+    std::function<void(const std::string& key, bool rightButton)> onMouseUp;
 
 private:
     ListRow& rowAt(const std::string& key);
