@@ -1,9 +1,8 @@
 #include "monitor/list_values.h"
 
+#include "params/number_text.h"
 #include "params/smbus_parameter.h"
 
-#include <algorithm>
-#include <cctype>
 #include <cmath>
 
 namespace zv {
@@ -20,19 +19,6 @@ bool bitEncoded(const clsSMBusParameter& parameter)
     return parameter.SubBlockDataType == 0;
 }
 
-std::string trimmed(const std::string& text)
-{
-    const auto first = text.find_first_not_of(' ');
-    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
-std::string lowered(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(),
-        [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
-}
-
 } // namespace
 
 bool hasNewValue(const clsSMBusParameter& parameter)
@@ -42,7 +28,7 @@ bool hasNewValue(const clsSMBusParameter& parameter)
 
 std::string storedValueText(const clsSMBusParameter& parameter, const DisplaySettings& display, int otherMode)
 {
-    const std::string text = trimmed(parameter.value.toText(display.locale));
+    const std::string text = trimBlanks(parameter.value.toText(display.locale));
     if (text == kErrorValue)
         return kErrorValue;
     if (text.empty())
@@ -52,7 +38,7 @@ std::string storedValueText(const clsSMBusParameter& parameter, const DisplaySet
 
 int tabValueMode(const clsSMBusParameter& parameter)
 {
-    const std::string units = lowered(parameter.EngineeringUnitsString);
+    const std::string units = toLower(parameter.EngineeringUnitsString);
     return units == "kelvin" || units == "k" || units == "k/min" ? kValueAndUnitMode : kNewAndOldMode;
 }
 

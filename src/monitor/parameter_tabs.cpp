@@ -5,6 +5,7 @@
 #include "driver/cls_main.h"
 #include "monitor/frm_main.h"
 #include "monitor/list_values.h"
+#include "params/number_text.h"
 #include "platform/event_loop.h"
 
 #include <array>
@@ -24,12 +25,6 @@ constexpr int kLockedDataType = 8;
 constexpr int kAdvancedTab = 10;
 constexpr int kAdvancedLevel = 3;
 constexpr int kEditLevel = 2;
-
-std::string trimmed(const std::string& text)
-{
-    const auto first = text.find_first_not_of(' ');
-    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 std::string rowKey(int row)
 {
@@ -139,7 +134,7 @@ ListView& ParameterTabs::currentProperties()
 clsSMBusParameter* ParameterTabs::parameterOfRow(const ListView& list, const std::string& key, int node) const
 {
     const ListRow* row = list.row(key);
-    return row ? parametersOf(node).FindByName(trimmed(row->text)) : nullptr;
+    return row ? parametersOf(node).FindByName(trimBlanks(row->text)) : nullptr;
 }
 
 std::string ParameterTabs::rowIcon(const clsSMBusParameter& parameter) const
@@ -254,7 +249,7 @@ void ParameterTabs::UpdateTabs(const clsSMBusParameter& parameter)
     const DisplaySettings& display = c_.main.CellWeft().Parameters.display;
     for (auto& list : c_.form.lvParameters) {
         for (const ListRow& row : list.rows()) {
-            if (trimmed(row.text) != parameter.ParameterName)
+            if (trimBlanks(row.text) != parameter.ParameterName)
                 continue;
             const bool pending = hasNewValue(parameter);
             list.setSubItem(row.key, 1, editedValueText(parameter, display));

@@ -17,6 +17,8 @@ namespace {
 
 constexpr int kTickMs = 1000;
 constexpr int kHeartbeatMs = 60000;
+// Bounds the wait of a close for the last tick; a sample through all its retries stays well below.
+constexpr int kCloseWaitMs = 120000;
 constexpr int kDynamicFile = 1;
 constexpr int kCellFile = 4;
 constexpr int kSafetyFile = 5;
@@ -99,6 +101,14 @@ void PollCycle::mnuResetPolling()
     ResetPlot = true;
     if (hooks.resetPlot)
         hooks.resetPlot();
+}
+
+void PollCycle::stopForClose()
+{
+    if (!c_.globals.PollingActive && !tmrPollData_->enabled())
+        return;
+    mnuStopPolling();
+    (void)c_.loop.waitUntil([this] { return !tmrPollData_->enabled(); }, kCloseWaitMs);
 }
 
 void PollCycle::tmrPollData_Timer()

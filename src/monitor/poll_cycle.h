@@ -57,6 +57,9 @@ public:
     void mnuPollAllContinuously();
     void mnuStopPolling();
     void mnuResetPolling();
+    // Closing the main window: stops a poll, then runs events until the last tick has served the
+    // pending commands and turned tmrPollData off (an open sample finishes first).
+    void stopForClose();
     void tmrPollData_Timer();
     void tmrHeartbeat_Timer();
     // The heartbeat's work: EnableUlmarCommandSet once the target is idle.

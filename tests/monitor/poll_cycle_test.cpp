@@ -180,6 +180,18 @@ TEST_F(PollCycleTest, ThePollRunsThroughFaultSwitchesWithoutHanging)
     EXPECT_FALSE(poll.tmrPollData().enabled());
 }
 
+TEST_F(PollCycleTest, ClosingWhilePollingServesThePendingCommandsFirst)
+{
+    form.mnuPollAllContinuously.click();
+    form.mnuReadSelectedNode.click();
+    ASSERT_TRUE(poll.pending(PendingCommand::ReadSelected));
+    poll.stopForClose();
+    EXPECT_FALSE(poll.pending(PendingCommand::ReadSelected));
+    EXPECT_FALSE(poll.tmrPollData().enabled());
+    EXPECT_FALSE(rig.h.globals.PollingActive);
+    EXPECT_EQ(rig.info(), "Reading Dynamic Data Complete");
+}
+
 TEST_F(PollCycleTest, HeartbeatWaitsForTheTickWhilePollingAndRunsAtOnceWhenIdle)
 {
     EXPECT_TRUE(poll.tmrHeartbeat().enabled());
