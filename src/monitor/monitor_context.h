@@ -13,6 +13,7 @@ class SettingsStore;
 namespace zv {
 
 struct AppGlobals;
+class ErrorHandler;
 class clsMain;
 class frmMain;
 
@@ -26,6 +27,8 @@ struct MonitorContext {
     std::string programFolder;
     // True while the main window is the active form: only then do tray notifications show.
     std::function<bool()> mainFormActive;
+    // The common error handler for an unexpected failure of a sample; none: it is dropped.
+    ErrorHandler* errors = nullptr;
 };
 
 } // namespace zv

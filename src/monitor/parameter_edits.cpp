@@ -1,10 +1,12 @@
 #include "monitor/parameter_edits.h"
 
 #include "core/active_form.h"
+#include "core/error_handler.h"
 #include "core/globals.h"
 #include "driver/cls_main.h"
 #include "monitor/frm_main.h"
 #include "monitor/list_values.h"
+#include "monitor/main_title.h"
 #include "monitor/parameter_tabs.h"
 #include "monitor/poll_cycle.h"
 
@@ -88,9 +90,21 @@ void ParameterEdits::showCommitHint()
 
 void ParameterEdits::WritePendingChanges()
 {
+    pointer(kHourglass);
+    try {
+        writePending();
+    } catch (const std::exception& e) {
+        if (!c_.errors)
+            throw;
+        (void)c_.errors->ReportError(AppError { 1, e.what(), kAppTitle }, "frmMain", "WritePendingChanges");
+    }
+    pointer(kDefaultPointer);
+}
+
+void ParameterEdits::writePending()
+{
     clsCellWeft& driver = c_.main.CellWeft();
     const int cell = c_.globals.CurrentNode;
-    pointer(kHourglass);
     for (clsSMBusParameter& parameter : tabs_.parametersOf(cell)) {
         if (!hasNewValue(parameter))
             continue;
@@ -101,7 +115,6 @@ void ParameterEdits::WritePendingChanges()
     }
     (void)driver.GetScaling();
     tabs_.LoadTabs();
-    pointer(kDefaultPointer);
 }
 
 void ParameterEdits::revert(ListView& list, const std::string& key, bool property)

@@ -72,6 +72,7 @@ private:
     [[nodiscard]] bool offline() const;
     [[nodiscard]] int node(bool property) const;
     void showCommitHint();
+    void writePending();
     void pointer(int kind);
 
     MonitorContext& c_;

@@ -1,12 +1,14 @@
 #include "monitor/poll_cycle.h"
 
 #include "core/active_form.h"
+#include "core/error_handler.h"
 #include "core/globals.h"
 #include "core/settings_table.h"
 #include "driver/cls_main.h"
 #include "monitor/frm_main.h"
 #include "monitor/list_values.h"
 #include "monitor/live_rows.h"
+#include "monitor/main_title.h"
 #include "monitor/parameter_tabs.h"
 #include "platform/event_loop.h"
 #include "platform/process_priority.h"
@@ -175,17 +177,32 @@ void PollCycle::runOrDefer(PendingCommand command)
 void PollCycle::PollDynamicData()
 {
     tmrPollData_->setEnabled(false);
-    if (UpdateDynamicData()) {
-        if (hooks.updatePlot)
-            hooks.updatePlot();
-        if (hooks.updateLogFile)
-            hooks.updateLogFile();
-        UpdateDeviceBits();
+    try {
+        if (UpdateDynamicData()) {
+            if (hooks.updatePlot)
+                hooks.updatePlot();
+            if (hooks.updateLogFile)
+                hooks.updateLogFile();
+            UpdateDeviceBits();
+        }
+    } catch (const std::exception& e) {
+        if (c_.errors)
+            c_.errors->AutoHandler(AppError { 1, e.what(), kAppTitle }, "Main", "PollDynamicData");
     }
     tmrPollData_->setEnabled(true);
 }
 
 bool PollCycle::UpdateDynamicData()
+{
+    // An unexpected failure ends the sample quietly: it neither plots nor logs.
+    try {
+        return readSample();
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+bool PollCycle::readSample()
 {
     clsCellWeft& driver = c_.main.CellWeft();
     std::string text;

@@ -101,6 +101,7 @@ public:
     bool ResetPlot = true;
 
 private:
+    [[nodiscard]] bool readSample();
     [[nodiscard]] bool anyPending() const;
     void servePending();
     void setGatewayState(bool online);
