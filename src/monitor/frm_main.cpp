@@ -212,6 +212,13 @@ bool frmMain::handleCloseRequest()
     return !closeRequested || closeRequested();
 }
 
+void frmMain::boundsChanged(bool resized)
+{
+    Window::boundsChanged(resized);
+    if (resized && onResize)
+        onResize();
+}
+
 void frmMain::handleUnload()
 {
     RemoveTrayIcon();

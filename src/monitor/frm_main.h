@@ -113,6 +113,8 @@ public:
     // True while a log file is open (the log writer).
     std::function<bool()> logFileOpen;
     MonitorLoadSteps monitorSteps;
+    // Runs after the user resized the window.
+    std::function<void()> onResize;
     // Pops up one of popupMenus() at the mouse; the toolkit fills it in.
     std::function<void(platform::ui::MenuItem& menu)> popupMenu;
     // The questions and device steps of closing; false keeps the window open.
@@ -279,6 +281,7 @@ public:
 
 protected:
     [[nodiscard]] bool handleCloseRequest() override;
+    void boundsChanged(bool resized) override;
     void handleUnload() override;
 
 private:

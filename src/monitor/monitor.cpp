@@ -3,6 +3,7 @@
 #include "core/globals.h"
 #include "driver/cls_main.h"
 #include "monitor/frm_main.h"
+#include "monitor/panel_sizes.h"
 #include "platform/event_loop.h"
 
 namespace zv {
@@ -105,6 +106,7 @@ void Monitor::wireLists()
         list->onMouseUp = [this](const std::string&, bool right) { menus.nodesMouseUp(right); };
     f.SSTab.onClick = [this] { edits.SSTab_Click(); };
     f.cmbPollRate.onClick = [this] { poll.choosePollRate(context.form.cmbPollRate.listIndex()); };
+    wirePanelSizes(f);
 }
 
 } // namespace zv

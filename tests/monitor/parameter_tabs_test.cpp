@@ -1,5 +1,6 @@
 #include "monitor/list_values.h"
 #include "monitor/live_rows.h"
+#include "monitor/panel_sizes.h"
 #include "monitor_fixture.h"
 
 #include <gtest/gtest.h>
@@ -141,6 +142,31 @@ TEST(LiveRows, CellStatusColoursHighBeforeLowAndNorthBeforeSouth)
     EXPECT_EQ(style("n3", 1), (platform::ui::SubItemStyle { "", 0x000000 }));
     EXPECT_EQ(nodes.row("n4")->subItems.at(2), "None");
     EXPECT_EQ(style("n4", 3).icon, "");
+}
+
+TEST(PanelSizes, CellColumnsShareTheWidthAndTheLastTakesTheRest)
+{
+    ListView list("lvNodes");
+    list.setColumns({ { "Cell" }, { "Voltage" }, { "Temp" }, { "Pump" } });
+    spreadColumns(list, 1003);
+    std::vector<int> widths;
+    for (const auto& column : list.columns())
+        widths.push_back(column.widthTwips);
+    EXPECT_EQ(widths, (std::vector<int> { 250, 250, 250, 253 }));
+}
+
+TEST(PanelSizes, CollapseFoldsThePanelAwayAndBack)
+{
+    MonitorRig rig;
+    frmMain& f = *rig.form;
+    f.cmdCollapseCells.click();
+    EXPECT_FALSE(f.lvNodes.visible());
+    EXPECT_FALSE(f.lvProperties[2].visible());
+    EXPECT_EQ(f.cmdCollapseCells.caption(), "Expand Panel");
+    EXPECT_TRUE(f.lvGateway.visible());
+    f.cmdCollapseCells.click();
+    EXPECT_TRUE(f.lvNodes.visible());
+    EXPECT_EQ(f.cmdCollapseCells.caption(), "Collapse Panel");
 }
 
 TEST(ListValues, ErrorAndEmptyValuesStayAndBitEncodedShowsHex)
