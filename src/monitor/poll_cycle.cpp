@@ -13,6 +13,8 @@
 #include "platform/event_loop.h"
 #include "platform/process_priority.h"
 
+#include <algorithm>
+
 namespace zv {
 
 namespace {
@@ -115,6 +117,20 @@ void PollCycle::stopForClose()
 
 void PollCycle::tmrPollData_Timer()
 {
+    // Device waits run events: a tick that comes while one runs is dropped, so no second device
+    // exchange begins inside the first.
+    if (inTick_)
+        return;
+    inTick_ = true;
+    struct Leave {
+        bool& inTick;
+        ~Leave() { inTick = false; }
+    } leave { inTick_ };
+    tick();
+}
+
+void PollCycle::tick()
+{
     if (anyPending())
         servePending();
     if (!c_.globals.PollingActive) {
@@ -131,13 +147,7 @@ void PollCycle::tmrPollData_Timer()
 
 bool PollCycle::anyPending() const
 {
-    if (refreshPending_)
-        return true;
-    for (bool flag : pending_) {
-        if (flag)
-            return true;
-    }
-    return false;
+    return refreshPending_ || std::ranges::any_of(pending_, [](bool flag) { return flag; });
 }
 
 bool PollCycle::pending(PendingCommand command) const

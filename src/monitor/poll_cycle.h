@@ -101,6 +101,7 @@ public:
     bool ResetPlot = true;
 
 private:
+    void tick();
     [[nodiscard]] bool readSample();
     [[nodiscard]] bool anyPending() const;
     void servePending();
@@ -114,6 +115,7 @@ private:
     std::unique_ptr<platform::Timer> tmrHeartbeat_;
     std::array<bool, kPendingCommandCount> pending_ {};
     bool refreshPending_ = false;
+    bool inTick_ = false;
 };
 
 } // namespace zv

@@ -180,6 +180,23 @@ TEST_F(PollCycleTest, ThePollRunsThroughFaultSwitchesWithoutHanging)
     EXPECT_FALSE(poll.tmrPollData().enabled());
 }
 
+TEST_F(PollCycleTest, ATickThatComesWhileAPendingCommandWaitsIsDropped)
+{
+    chooseRate(20);
+    int comments = 0;
+    poll.actions[static_cast<std::size_t>(PendingCommand::AddComment)] = [&] {
+        ++comments;
+        rig.h.loop.wait(3500); // a modal dialog or a device exchange runs events meanwhile
+    };
+    form.mnuPollAllContinuously.click();
+    poll.runOrDefer(PendingCommand::AddComment);
+    rig.h.loop.advance(1000);
+    EXPECT_EQ(comments, 1);
+    EXPECT_EQ(poll.PollTickCount, 1) << "the ticks during the wait began no device work";
+    rig.h.loop.advance(1000);
+    EXPECT_GT(poll.PollTickCount, 1) << "the poll goes on";
+}
+
 TEST_F(PollCycleTest, ClosingWhilePollingServesThePendingCommandsFirst)
 {
     form.mnuPollAllContinuously.click();
