@@ -57,7 +57,6 @@ void FileTransfer::applyValue(
     parameter.value = conversion_.FormatData(fileText, static_cast<int>(entry->FileFormat()),
         parameter.FileIndex + baseElement, parameter.SubBlockDataType, parameter.SubBlockDataScaling,
         static_cast<int>(entry->FileChunk));
-    parameter.NewValue = DynamicValue();
 }
 
 int FileTransfer::sectionElements(int file) const

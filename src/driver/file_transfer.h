@@ -32,7 +32,8 @@ public:
     // Writes the whole file from its bytes, in parts where needed.
     [[nodiscard]] bool PutFile(int file, const std::vector<std::uint8_t>& data);
 
-    // Cuts the parameter's place out of its file's text into `value` and clears NewValue.
+    // Cuts the parameter's place out of its file's text into `value`; a waiting NewValue stays, so a
+    // poll does not undo an edit not yet written.
     void applyValue(clsSMBusParameter& parameter, const std::string& fileText, int baseElement = 0) const;
     // Gives every gateway parameter of the file, and for per-node files every node, its value.
     void spreadValues(int file, const std::string& text) const;

@@ -95,9 +95,10 @@ ParameterPlace ParameterAccess::FindParameter(std::string_view key, int node, in
 bool ParameterAccess::ReadParameter(clsSMBusParameter& parameter)
 {
     const auto text = s_.transfer.readFile(parameter.FileNumber);
-    if (text)
+    if (text) {
         s_.transfer.applyValue(parameter, *text);
-    else
+        parameter.NewValue = DynamicValue();
+    } else
         parameter.value = DynamicValue("#Error");
     if (s_.readWriteLog)
         s_.readWriteLog(

@@ -65,7 +65,12 @@ void frmMain::listControls()
 {
     for (const auto* tree : { &menuBar_, &popupMenus_ })
         forEachMenuNode(*tree, [this](const MenuNode& node) { addControls({ node.item }); });
-    addControls({ &lblSHIP_BIT, &lblUNLOCK_BIT, &lblCONFIG_BIT, &sbStatusBar, &trayIcon });
+    addControls({ &lblSHIP_BIT, &lblUNLOCK_BIT, &lblCONFIG_BIT, &lvGateway, &lvNodes, &SSTab1, &SSTab,
+        &fraStatus, &lvStatus, &cmbPollRate, &cmdCollapseCells, &cmdCollapsePack, &sbStatusBar, &trayIcon });
+    for (auto& list : lvProperties)
+        addControls({ &list });
+    for (auto& list : lvParameters)
+        addControls({ &list });
 }
 
 void frmMain::buildStatusBar()
@@ -205,6 +210,13 @@ void frmMain::NotifyInStatusBar(const std::string& title, const std::string& tex
 bool frmMain::handleCloseRequest()
 {
     return !closeRequested || closeRequested();
+}
+
+void frmMain::boundsChanged(bool resized)
+{
+    Window::boundsChanged(resized);
+    if (resized && onResize)
+        onResize();
 }
 
 void frmMain::handleUnload()

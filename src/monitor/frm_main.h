@@ -8,10 +8,14 @@
 
 #include "monitor/menu_tree.h"
 #include "platform/dialogs.h"
+#include "platform/ui/choice_controls.h"
+#include "platform/ui/list_view.h"
 #include "platform/ui/simple_controls.h"
 #include "platform/ui/status_bar.h"
+#include "platform/ui/tab_strip.h"
 #include "platform/ui/window.h"
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <string>
@@ -109,6 +113,10 @@ public:
     // True while a log file is open (the log writer).
     std::function<bool()> logFileOpen;
     MonitorLoadSteps monitorSteps;
+    // Runs after the user resized the window.
+    std::function<void()> onResize;
+    // Pops up one of popupMenus() at the mouse; the toolkit fills it in.
+    std::function<void(platform::ui::MenuItem& menu)> popupMenu;
     // The questions and device steps of closing; false keeps the window open.
     std::function<bool()> closeRequested;
     // Runs when the window unloads: the program ends.
@@ -245,11 +253,35 @@ public:
     platform::ui::Label lblUNLOCK_BIT { "lblUNLOCK_BIT" };
     platform::ui::Label lblCONFIG_BIT { "lblCONFIG_BIT" };
 
+    // The pack row, the cells, the selected cell's properties (the tabs of SSTab1), the gateway
+    // parameters (the tabs of SSTab), the bits of the selected bit-encoded parameter.
+    platform::ui::ListView lvGateway { "lvGateway" };
+    platform::ui::ListView lvNodes { "lvNodes" };
+    std::array<platform::ui::ListView, 3> lvProperties { platform::ui::ListView { "lvProperties(0)" },
+        platform::ui::ListView { "lvProperties(1)" }, platform::ui::ListView { "lvProperties(2)" } };
+    std::array<platform::ui::ListView, 11> lvParameters { platform::ui::ListView { "lvParameters(0)" },
+        platform::ui::ListView { "lvParameters(1)" }, platform::ui::ListView { "lvParameters(2)" },
+        platform::ui::ListView { "lvParameters(3)" }, platform::ui::ListView { "lvParameters(4)" },
+        platform::ui::ListView { "lvParameters(5)" }, platform::ui::ListView { "lvParameters(6)" },
+        platform::ui::ListView { "lvParameters(7)" }, platform::ui::ListView { "lvParameters(8)" },
+        platform::ui::ListView { "lvParameters(9)" }, platform::ui::ListView { "lvParameters(10)" } };
+    platform::ui::TabStrip SSTab1 { "SSTab1" };
+    platform::ui::TabStrip SSTab { "SSTab" };
+    platform::ui::Frame fraStatus { "fraStatus" };
+    platform::ui::ListView lvStatus { "lvStatus" };
+    platform::ui::ComboBox cmbPollRate { "cmbPollRate" };
+    platform::ui::Button cmdCollapseCells { "cmdCollapseCells" };
+    platform::ui::Button cmdCollapsePack { "cmdCollapsePack" };
+    // The tab shown in SSTab (0-based); CellsChecked is given to every cell by the "Cell" header.
+    int CurrentTab = 0;
+    bool CellsChecked = true;
+
     platform::ui::StatusBar sbStatusBar { "sbStatusBar" };
     platform::ui::TrayIcon trayIcon { "trayIcon" };
 
 protected:
     [[nodiscard]] bool handleCloseRequest() override;
+    void boundsChanged(bool resized) override;
     void handleUnload() override;
 
 private:

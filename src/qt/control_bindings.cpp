@@ -290,6 +290,14 @@ void fillRow(QTreeWidgetItem& item, const ui::ListRow& row, const IconProvider* 
         item.setForeground(column, row.foreColor ? QBrush(toQColor(*row.foreColor)) : QBrush());
         item.setBackground(column, row.backColor ? QBrush(toQColor(*row.backColor)) : QBrush());
     }
+    for (std::size_t i = 0; i < row.subStyles.size(); ++i) {
+        const auto column = static_cast<int>(i) + 1;
+        const ui::SubItemStyle& style = row.subStyles[i];
+        if (*icons)
+            item.setIcon(column, style.icon.empty() ? QIcon() : (*icons)(style.icon));
+        if (style.foreColor)
+            item.setForeground(column, QBrush(toQColor(*style.foreColor)));
+    }
     if (checkBoxes)
         item.setCheckState(0, row.checked ? Qt::Checked : Qt::Unchecked);
     item.setData(0, Qt::UserRole, qs(row.key));
@@ -335,8 +343,16 @@ bool bindListView(ui::ListView& view, QTreeWidget& tree, const BindContext& cont
         });
     const auto keyOf
         = [](QTreeWidgetItem* item) { return item->data(0, Qt::UserRole).toString().toStdString(); };
-    onUser(context, &tree, &QTreeWidget::itemClicked,
-        [&view, keyOf](QTreeWidgetItem* item, int) { view.userSelect(keyOf(item)); });
+    onUser(context, &tree, &QTreeWidget::itemClicked, [&view, keyOf](QTreeWidgetItem* item, int) {
+        view.userSelect(keyOf(item));
+        view.userMouseUp(keyOf(item), false);
+    });
+    onUser(context, &tree, &QWidget::customContextMenuRequested, [&view, &tree, keyOf](const QPoint& at) {
+        QTreeWidgetItem* item = tree.itemAt(at);
+        if (item)
+            view.userSelect(keyOf(item));
+        view.userMouseUp(item ? keyOf(item) : std::string(), true);
+    });
     onUser(context, &tree, &QTreeWidget::itemDoubleClicked,
         [&view, keyOf](QTreeWidgetItem* item, int) { view.userDoubleClick(keyOf(item)); });
     onUser(context, &tree, &QTreeWidget::itemChanged, [&view, keyOf](QTreeWidgetItem* item, int column) {

@@ -3,12 +3,19 @@
 #include "monitor/frm_main.h"
 
 #include <QApplication>
+#include <QComboBox>
+#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenuBar>
+#include <QPushButton>
+#include <QSplitter>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QStyle>
 #include <QSystemTrayIcon>
+#include <QTabBar>
+#include <QTreeWidget>
 #include <QVBoxLayout>
 
 namespace zv::qt {
@@ -36,20 +43,78 @@ void addEntries(QMenu& menu, const std::vector<MenuNode>& nodes)
     }
 }
 
-QWidget* stateLabels(QWidget* parent)
+template <typename W> W* named(const std::string& name, QWidget* parent)
 {
-    auto* central = new QWidget(parent);
-    auto* layout = new QVBoxLayout(central);
+    auto* widget = new W(parent);
+    widget->setObjectName(qs(name));
+    return widget;
+}
+
+QTreeWidget* list(const std::string& name, QWidget* parent)
+{
+    auto* tree = named<QTreeWidget>(name, parent);
+    tree->setSelectionMode(QAbstractItemView::SingleSelection);
+    tree->setContextMenuPolicy(Qt::CustomContextMenu);
+    return tree;
+}
+
+// A tab strip over a stack of lists; the stack shows the list of the chosen tab.
+QWidget* tabbedLists(const platform::ui::TabStrip& strip, const auto& lists, QWidget* parent)
+{
+    auto* box = new QWidget(parent);
+    auto* layout = new QVBoxLayout(box);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* bar = named<QTabBar>(strip.name(), box);
+    auto* stack = new QStackedWidget(box);
+    for (const auto& view : lists)
+        stack->addWidget(list(view.name(), stack));
+    QObject::connect(bar, &QTabBar::currentChanged, stack, &QStackedWidget::setCurrentIndex);
+    layout->addWidget(bar);
+    layout->addWidget(stack);
+    return box;
+}
+
+QWidget* cellPanel(const frmMain& window, QWidget* parent)
+{
+    auto* panel = new QWidget(parent);
+    auto* layout = new QVBoxLayout(panel);
+    auto* buttons = new QHBoxLayout;
+    for (const auto* button : { &window.cmdCollapsePack, &window.cmdCollapseCells })
+        buttons->addWidget(named<QPushButton>(button->name(), panel));
+    buttons->addStretch();
+    buttons->addWidget(named<QComboBox>(window.cmbPollRate.name(), panel));
+    layout->addLayout(buttons);
+    auto* gateway = list(window.lvGateway.name(), panel);
+    gateway->setMaximumHeight(64);
+    layout->addWidget(gateway);
+    layout->addWidget(list(window.lvNodes.name(), panel), 2);
+    layout->addWidget(tabbedLists(window.SSTab1, window.lvProperties, panel), 1);
+    return panel;
+}
+
+QWidget* parameterPanel(const frmMain& window, QWidget* parent)
+{
+    auto* panel = new QWidget(parent);
+    auto* layout = new QVBoxLayout(panel);
     auto* states = new QHBoxLayout;
-    for (const char* name : { "lblSHIP_BIT", "lblUNLOCK_BIT", "lblCONFIG_BIT" }) {
-        auto* label = new QLabel(central);
-        label->setObjectName(name);
-        states->addWidget(label);
-    }
+    for (const auto* label : { &window.lblSHIP_BIT, &window.lblUNLOCK_BIT, &window.lblCONFIG_BIT })
+        states->addWidget(named<QLabel>(label->name(), panel));
     states->addStretch();
     layout->addLayout(states);
-    layout->addStretch(); // the lists, tabs and plot of the live monitor go here
-    return central;
+    layout->addWidget(tabbedLists(window.SSTab, window.lvParameters, panel), 3);
+    auto* frame = named<QGroupBox>(window.fraStatus.name(), panel);
+    auto* frameLayout = new QVBoxLayout(frame);
+    frameLayout->addWidget(list(window.lvStatus.name(), frame));
+    layout->addWidget(frame, 1);
+    return panel;
+}
+
+QWidget* centralArea(const frmMain& window, QWidget* parent)
+{
+    auto* split = new QSplitter(parent);
+    split->addWidget(cellPanel(window, split));
+    split->addWidget(parameterPanel(window, split));
+    return split;
 }
 
 } // namespace
@@ -68,7 +133,7 @@ std::unique_ptr<QMainWindow> makeMainForm(const frmMain& window)
         menu->setObjectName(qs(node.item->name()));
         addEntries(*menu, node.children);
     }
-    form->setCentralWidget(stateLabels(form.get()));
+    form->setCentralWidget(centralArea(window, form.get()));
     form->statusBar()->setObjectName("sbStatusBar");
     if (QSystemTrayIcon::isSystemTrayAvailable()) {
         const QIcon icon = QApplication::windowIcon().isNull()

@@ -95,18 +95,29 @@ void ListView::setChecked(const std::string& key, bool checked)
     update(key, &ListRow::checked, checked);
 }
 
-void ListView::setSubItem(const std::string& key, int column, const std::string& text)
+template <typename T>
+void ListView::updateSlot(const std::string& key, int column, std::vector<T> ListRow::*field, const T& value)
 {
     if (column < 1)
         throw std::out_of_range(name() + ": sub-items count from 1");
-    ListRow& target = rowAt(key);
+    std::vector<T>& slots = rowAt(key).*field;
     const auto slot = static_cast<std::size_t>(column - 1);
-    if (slot < target.subItems.size() && target.subItems[slot] == text)
+    if (slot < slots.size() && slots[slot] == value)
         return;
-    if (slot >= target.subItems.size())
-        target.subItems.resize(slot + 1);
-    target.subItems[slot] = text;
+    if (slot >= slots.size())
+        slots.resize(slot + 1);
+    slots[slot] = value;
     notify(Change::RowChanged, key);
+}
+
+void ListView::setSubItem(const std::string& key, int column, const std::string& text)
+{
+    updateSlot(key, column, &ListRow::subItems, text);
+}
+
+void ListView::setSubItemStyle(const std::string& key, int column, const SubItemStyle& style)
+{
+    updateSlot(key, column, &ListRow::subStyles, style);
 }
 
 void ListView::setSelectedKey(const std::string& key)
@@ -137,6 +148,12 @@ void ListView::userCheck(const std::string& key, bool checked)
     rowAt(key).checked = checked;
     if (onItemCheck)
         onItemCheck(key, checked);
+}
+
+void ListView::userMouseUp(const std::string& key, bool rightButton)
+{
+    if (usable() && onMouseUp)
+        onMouseUp(index_.count(key) ? key : std::string(), rightButton);
 }
 
 void ListView::userColumnClick(int column)

@@ -18,11 +18,19 @@ struct ListColumn {
     int widthTwips = 1440;
 };
 
+// The look of one sub-item where it differs from its row: an icon and a text colour.
+struct SubItemStyle {
+    std::string icon;
+    std::optional<Rgb> foreColor;
+    bool operator==(const SubItemStyle&) const = default;
+};
+
 struct ListRow {
     std::string key;
     std::string text;
     std::string icon; // key of an image, empty for none
     std::vector<std::string> subItems; // columns 1, 2, ... (column 0 is text)
+    std::vector<SubItemStyle> subStyles; // by sub-item column, like subItems
     bool bold = false;
     std::optional<Rgb> foreColor;
     std::optional<Rgb> backColor;
@@ -51,6 +59,7 @@ public:
     // Each setter throws std::out_of_range for an unknown key. Sub-item columns count from 1.
     void setText(const std::string& key, const std::string& text);
     void setSubItem(const std::string& key, int column, const std::string& text);
+    void setSubItemStyle(const std::string& key, int column, const SubItemStyle& style);
     void setIcon(const std::string& key, const std::string& icon);
     void setBold(const std::string& key, bool bold);
     void setForeColor(const std::string& key, std::optional<Rgb> color);
@@ -60,18 +69,24 @@ public:
     [[nodiscard]] const std::string& selectedKey() const { return selectedKey_; }
     void setSelectedKey(const std::string& key);
 
-    // User actions: select a row, double-click it, tick its check box, click a column header.
+    // User actions: select a row, double-click it, tick its check box, click a column header,
+    // release a mouse button.
     void userSelect(const std::string& key);
     void userDoubleClick(const std::string& key);
     void userCheck(const std::string& key, bool checked);
     void userColumnClick(int column);
+    // A mouse button released over a row (the key; empty over no row).
+    void userMouseUp(const std::string& key, bool rightButton);
     std::function<void(const std::string& key)> onItemClick;
     std::function<void(const std::string& key)> onDblClick;
     std::function<void(const std::string& key, bool checked)> onItemCheck;
     std::function<void(int column)> onColumnClick;
+    std::function<void(const std::string& key, bool rightButton)> onMouseUp;
 
 private:
     ListRow& rowAt(const std::string& key);
+    template <typename T>
+    void updateSlot(const std::string& key, int column, std::vector<T> ListRow::*field, const T& value);
     template <typename T> void update(const std::string& key, T ListRow::*field, const T& value);
     void reindex();
 

@@ -1,0 +1,32 @@
+#pragma once
+// The live monitor of the main window: the lists and tabs, the poll and the parameter edits,
+// joined to frmMain's load steps, menu entries and list events.
+
+#include "monitor/list_menus.h"
+#include "monitor/monitor_context.h"
+#include "monitor/parameter_edits.h"
+#include "monitor/parameter_tabs.h"
+#include "monitor/poll_cycle.h"
+
+namespace zv {
+
+class Monitor {
+public:
+    // Fills the form's MonitorLoadSteps and wires its poll, read and write entries and lists.
+    explicit Monitor(MonitorContext context);
+    Monitor(const Monitor&) = delete;
+    Monitor& operator=(const Monitor&) = delete;
+
+    MonitorContext context;
+    ParameterTabs tabs { context };
+    PollCycle poll { context, tabs };
+    ParameterEdits edits { context, tabs, poll };
+    ListMenus menus { context, tabs, poll };
+
+private:
+    void wireLoadSteps();
+    void wireMenus();
+    void wireLists();
+};
+
+} // namespace zv

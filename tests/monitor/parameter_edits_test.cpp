@@ -1,0 +1,186 @@
+#include "monitor_fixture.h"
+
+#include <gtest/gtest.h>
+
+namespace zv {
+namespace {
+
+using platform::Answer;
+using platform::ui::ListView;
+using test::MonitorRig;
+
+class ParameterEditsTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(rig.load());
+        ASSERT_TRUE(rig.h.driver().GetAllValues());
+        rig.monitor->tabs.LoadTabs();
+        sleep = rig.h.driver().GatewayParameters.FindByName("Sleep Current");
+        ASSERT_NE(sleep, nullptr);
+        edits.hooks.editParameter = [this](clsSMBusParameter& p, int node) {
+            edited.push_back(p.ParameterName + "@" + std::to_string(node));
+            p.NewValue = typed;
+            return EditOutcome { autoWrite };
+        };
+        rig.monitor->poll.actions[static_cast<std::size_t>(PendingCommand::Commit)] = [this] { ++commits; };
+    }
+
+    ListView& listOf(const clsSMBusParameter& p) { return rig.form->lvParameters.at(p.TabOrder); }
+    std::string keyOf(const clsSMBusParameter& p)
+    {
+        for (const auto& row : listOf(p).rows())
+            if (row.text == p.ParameterName + " ")
+                return row.key;
+        return {};
+    }
+    void doubleClick(const clsSMBusParameter& p)
+    {
+        rig.form->SSTab.setSelectedIndex(p.TabOrder);
+        listOf(p).userDoubleClick(keyOf(p));
+    }
+
+    MonitorRig rig;
+    ParameterEdits& edits = rig.monitor->edits;
+    clsSMBusParameter* sleep = nullptr;
+    std::vector<std::string> edited;
+    DynamicValue typed;
+    bool autoWrite = false;
+    int commits = 0;
+};
+
+TEST_F(ParameterEditsTest, AnEditGoesBoldThenTheWriteReachesTheDeviceAndOffersTheCommit)
+{
+    const double before = sleep->value.number();
+    typed = before + 3;
+    doubleClick(*sleep);
+    ASSERT_EQ(edited, std::vector<std::string> { "Sleep Current@0" });
+    const std::string key = keyOf(*sleep);
+    EXPECT_TRUE(listOf(*sleep).row(key)->bold);
+    EXPECT_EQ(listOf(*sleep).row(key)->subItems.at(0), sleep->ToString(1, rig.h.driver().Parameters.display));
+    EXPECT_TRUE(rig.form->PendingChanges);
+    ASSERT_TRUE(rig.form->mnuWritePendingChanges.enabled());
+
+    rig.form->mnuWritePendingChanges.click();
+    EXPECT_FALSE(sleep->NewValue.hasContent());
+    EXPECT_DOUBLE_EQ(sleep->value.number(), before + 3);
+    EXPECT_FALSE(listOf(*sleep).row(keyOf(*sleep))->bold);
+    EXPECT_FALSE(rig.form->PendingChanges);
+    ASSERT_TRUE(rig.h.driver().Parameters.ParametersWritten);
+    ASSERT_FALSE(rig.h.dialogs.notifications().empty());
+    EXPECT_EQ(rig.h.dialogs.notifications().back().title, "Commit changes to flash");
+    EXPECT_EQ(rig.h.dialogs.notifications().back().text,
+        "Parameter changes are saved in RAM\r\nuntil you commit the changes to FLASH.\r\nYou can use the "
+        "shortcut "
+        "Ctrl C");
+}
+
+TEST_F(ParameterEditsTest, AutoWriteWritesAndCommitsAndACancelLeavesTheRowPlain)
+{
+    typed = DynamicValue();
+    doubleClick(*sleep);
+    EXPECT_FALSE(listOf(*sleep).row(keyOf(*sleep))->bold);
+    EXPECT_FALSE(rig.form->PendingChanges);
+
+    autoWrite = true;
+    typed = sleep->value.number() + 1;
+    doubleClick(*sleep);
+    EXPECT_FALSE(sleep->NewValue.hasContent());
+    EXPECT_EQ(commits, 1);
+}
+
+TEST_F(ParameterEditsTest, LockedRowsAndAWiredRefusalStopTheWay)
+{
+    const auto* locked = rig.h.driver().GatewayParameters.FindByName("Pack Voltage");
+    ASSERT_NE(locked, nullptr);
+    doubleClick(*locked);
+    EXPECT_TRUE(edited.empty());
+
+    edits.hooks.isTheDeviceWired = [] { return false; };
+    typed = sleep->value.number() + 2;
+    doubleClick(*sleep);
+    rig.form->mnuWritePendingChanges.click();
+    EXPECT_TRUE(sleep->NewValue.hasContent()) << "not wired: nothing written";
+}
+
+TEST_F(ParameterEditsTest, RevertClearsThePendingValue)
+{
+    typed = sleep->value.number() + 2;
+    doubleClick(*sleep);
+    rig.form->mnuParameters_Revert.click();
+    EXPECT_FALSE(sleep->NewValue.hasContent());
+    EXPECT_FALSE(listOf(*sleep).row(keyOf(*sleep))->bold);
+    EXPECT_FALSE(rig.form->PendingChanges);
+    EXPECT_EQ(listOf(*sleep).selectedKey(), keyOf(*sleep));
+}
+
+TEST_F(ParameterEditsTest, AFailedReadOfAllAsksAbortRetryIgnore)
+{
+    rig.failDevice(true);
+    rig.h.dialogs.answerMessage(Answer::Abort);
+    EXPECT_FALSE(edits.Parameters_ReadAll());
+    const auto& box = rig.h.dialogs.lastShown();
+    EXPECT_EQ(box.title, "Error Reading Data");
+    EXPECT_EQ(box.text,
+        "An error has occurred while reading the parameters.\r\nThe data displayed may not reflect any "
+        "recent "
+        "changes.\r\nWhat would you like to do?");
+    EXPECT_EQ(box.buttons, platform::Buttons::AbortRetryIgnore);
+
+    int reloads = 0;
+    edits.hooks.reload = [&] {
+        ++reloads;
+        rig.failDevice(false);
+    };
+    rig.h.dialogs.answerMessage(Answer::Retry);
+    EXPECT_TRUE(edits.Parameters_ReadAll());
+    EXPECT_EQ(reloads, 1);
+    EXPECT_EQ(rig.form->lvGateway.rows().at(0).text, "Online");
+    EXPECT_GT(rig.form->lvParameters[0].rowCount(), 0);
+}
+
+TEST_F(ParameterEditsTest, ACellClickLoadsItsPropertiesAndTheHeaderTogglesEveryCheck)
+{
+    ListView& nodes = rig.form->lvNodes;
+    nodes.userSelect("n2");
+    EXPECT_EQ(rig.h.globals.CurrentNode, 2);
+    EXPECT_EQ(rig.form->lvProperties[0].columns().at(0).header, "Cell 2");
+    nodes.userColumnClick(0);
+    for (const auto& row : nodes.rows())
+        EXPECT_FALSE(row.checked);
+    nodes.userColumnClick(0);
+    EXPECT_TRUE(nodes.rows().front().checked);
+
+    ListView& parameters = rig.form->lvParameters[0];
+    parameters.userSelect(parameters.rows().front().key);
+    EXPECT_EQ(rig.h.globals.CurrentNode, 0);
+}
+
+TEST_F(ParameterEditsTest, RightClickOffersWhatTheRowAllowsAndTheMenuActsOnThatRow)
+{
+    std::vector<std::string> popups;
+    rig.form->popupMenu = [&](platform::ui::MenuItem& menu) { popups.push_back(menu.name()); };
+    ListView& list = listOf(*sleep);
+    const std::string key = keyOf(*sleep);
+    list.userMouseUp(key, false);
+    EXPECT_EQ(rig.info(), "Sleep Current: Right click and select 'Info' for more information");
+    EXPECT_TRUE(popups.empty());
+
+    list.userMouseUp(key, true);
+    ASSERT_EQ(popups, std::vector<std::string> { "mnuParameters" });
+    EXPECT_TRUE(rig.form->mnuParameters_EditThis.enabled());
+    EXPECT_FALSE(rig.form->mnuParameters_Revert.enabled()) << "nothing pending on this row";
+
+    list.setSelectedKey(key);
+    typed = sleep->value.number() + 4;
+    rig.form->mnuParameters_EditThis.click();
+    EXPECT_EQ(edited.size(), 1u);
+    list.userMouseUp(key, true);
+    EXPECT_TRUE(rig.form->mnuParameters_Revert.enabled());
+
+    rig.form->lvNodes.userMouseUp("n1", true);
+    EXPECT_EQ(popups.back(), "mnulvNodes");
+}
+
+} // namespace
+} // namespace zv
