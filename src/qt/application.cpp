@@ -155,6 +155,7 @@ DetectionHooks Application::detectionHooks()
 
 clsMain& Application::createMain()
 {
+    monitor_.reset();
     access_.reset();
     main_.reset();
     port_ = std::make_unique<platform::QtSerialPort>(settings_);
@@ -199,10 +200,22 @@ void Application::showMainForm()
     activeForm_.set(mainForm_.get());
     if (access_)
         access_->mainWindow().window = mainForm_.get();
+    attachMonitor();
     mainForm_->show();
     mainForm_->LoadMainForm(*main_);
     mainForm_->AddTrayIcon();
     startup_.detection.lanNotice.mainActivated(dialogs_);
+}
+
+void Application::attachMonitor()
+{
+    if (monitor_ && &monitor_->context.main == main_.get())
+        return;
+    monitor_.reset();
+    monitor_ = std::make_unique<Monitor>(MonitorContext { *mainForm_, *main_, globals_, settings_, dialogs_,
+        loop_, programFolder_, [this] { return activeForm_.get() == mainForm_.get(); }, &errors_ });
+    monitor_->edits.hooks.reload = [this] { reconnect(); };
+    monitor_->edits.hooks.closeSplash = [this] { splash_.unload(); };
 }
 
 void Application::createMainForm()
@@ -270,6 +283,8 @@ void Application::setMousePointer(int pointer)
 bool Application::closeMainWindow()
 {
     ExitServices exit { globals_, loop_, dialogs_, main_ ? &main_->CellWeft() : nullptr };
+    if (monitor_)
+        exit.stopPolling = [this] { monitor_->poll.stopForClose(); };
     if (access_)
         exit.closeCommandLock = [this] { access_->LockDevice(); };
     return CloseMainWindow(exit);
@@ -341,6 +356,7 @@ void Application::releaseAll()
     splash_.unload();
     dialogs_.setParent(nullptr);
     dialogs_.setTrayIcon(nullptr);
+    monitor_.reset();
     if (mainForm_) {
         mainForm_->onExit = nullptr;
         mainForm_->closeRequested = nullptr;

@@ -11,6 +11,7 @@
 #include "core/globals.h"
 #include "driver/cls_main.h"
 #include "monitor/frm_main.h"
+#include "monitor/monitor.h"
 #include "platform/ini_settings_store.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_event_loop.h"
@@ -47,6 +48,8 @@ private:
     clsMain& createMain();
     void showMainForm();
     void createMainForm();
+    // The live monitor of the main window, made anew for each gMain.
+    void attachMonitor();
     void wireMainMenus();
     void setMousePointer(int pointer);
     [[nodiscard]] bool mainFormLoaded() const;
@@ -77,6 +80,7 @@ private:
     std::unique_ptr<UserAccess> access_;
     clsMenuCol menuPolicy_;
     std::unique_ptr<frmMain> mainForm_;
+    std::unique_ptr<Monitor> monitor_; // the live monitor of mainForm_ over main_
     frmSplash splash_;
     Startup startup_;
 };
