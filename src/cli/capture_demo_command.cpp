@@ -1,14 +1,11 @@
 // capture-demo: the capture of the attached device from which demo mode runs: the target's id,
 // enciphered with the pack key, every raw directory record and every file the user may read.
 
-#include "access/crypt_text.h"
-#include "access/pack_key.h"
 #include "cli/cli_error.h"
 #include "cli/cli_session.h"
 #include "cli/commands.h"
-#include "platform/ini_file.h"
+#include "startup/demo_capture.h"
 
-#include <filesystem>
 #include <ostream>
 
 namespace zv::cli {
@@ -18,28 +15,15 @@ void runCaptureDemo(CliSession& session, const std::string& file, std::ostream& 
     if (session.demo())
         throw CliError("capture-demo needs an attached pack; demo mode has none.");
     session.detect();
-    std::error_code ignored;
-    std::filesystem::remove(file, ignored);
-
-    platform::IniFile capture;
-    capture.setValue("Target", "ID", modCryptText::EncryptText(session.globals().gTargetID, kPackKey));
-    int records = 0;
-    int files = 0;
-    auto& driver = session.driver();
-    if (!driver.GetDir([&](const std::string& key, const std::string& hex) {
-            capture.setValue("Data", key, hex);
-            ++records;
-        }))
+    const DemoCaptureResult result = captureDemo(session.driver(), session.globals().gTargetID, file);
+    if (!result.directoryRead)
         throw CliError("Reading the directory failed; nothing was captured.");
-    if (!driver.GetAllValues([&](const std::string& key, const std::string& hex) {
-            capture.setValue("Data", key, hex);
-            ++files;
-        }))
+    if (!result.filesRead)
         throw CliError("Reading the device files failed; nothing was captured.");
-    if (!capture.save(file))
+    if (!result.saved)
         throw CliError("The capture cannot be written to " + file + ".");
-    out << "Captured target " << session.globals().gTargetID << ": " << records << " directory records and "
-        << files << " files in " << file << '\n';
+    out << "Captured target " << session.globals().gTargetID << ": " << result.records
+        << " directory records and " << result.files << " files in " << file << '\n';
 }
 
 } // namespace zv::cli

@@ -3,16 +3,17 @@
 #include "access/crypt_text.h"
 #include "access/pack_key.h"
 #include "cli/cli_error.h"
-#include "cli/target_operations.h"
 #include "connection/port_dialog_services.h"
 #include "core/paths.h"
 #include "core/target_table.h"
 #include "core/val.h"
+#include "driver/target_operations.h"
 #include "link/smbus_transactions.h"
 #include "params/configuration_reader.h"
 #include "platform/ini_file.h"
 #include "platform/port_devices.h"
 #include "platform/serial_port.h"
+#include "startup/target_globals.h"
 #include "usb/usb_adapter_factory.h"
 
 #include <algorithm>
@@ -267,27 +268,6 @@ void CliSession::readDirectory()
     directoryRead_ = true;
 }
 
-std::optional<double> CliSession::parameterNumber(const char* name)
-{
-    const auto* parameter = driver().GatewayParameters.FindByName(name);
-    if (!parameter)
-        return std::nullopt;
-    return parameter->value.asNumber(driver().Parameters.display.locale);
-}
-
-void CliSession::readTargetGlobals()
-{
-    const auto bits
-        = [this](const char* name) { return static_cast<long>(parameterNumber(name).value_or(0)); };
-    const long algorithm = bits("Algorithm enable");
-    globals_.gAlgEnableBit3 = (algorithm & 0x08) != 0;
-    globals_.gAlgEnableBit5 = (algorithm & 0x20) != 0;
-    globals_.gInternalFlag0 = (bits("Internal Flags 2") & 0x01) != 0;
-    globals_.gFirmwareVersion = bits("Firmware Version");
-    globals_.gFirmwareBuild = bits("FW Build");
-    globals_.gTempSensorCount = static_cast<int>(bits("Temperature Sensor Count") & 0xFF);
-}
-
 void CliSession::loadConfiguration()
 {
     identify();
@@ -300,11 +280,11 @@ void CliSession::loadConfiguration()
     std::string text;
     for (const int file : { 9, 5, 11, 18 })
         (void)d.GetFile(file, text);
-    const int level = static_cast<int>(parameterNumber("Access Level").value_or(-1));
+    const int level = static_cast<int>(gatewayNumber(d, "Access Level").value_or(-1));
     d.Parameters.UserAccessLevel = level;
     if (globals_.gTargetID == "1001" || globals_.gTargetID == "1002")
         rejectSealed(level);
-    readTargetGlobals();
+    readTargetGlobals(d, globals_);
     d.Link.Status = 0;
     (void)d.RebuildLAN(true);
     globals_.gCellsMatch = d.Parameters.gCellsMatch;

@@ -23,12 +23,11 @@ class SettingsStore;
 } // namespace zv::platform
 
 namespace zv {
+class TargetOperations;
 class UsbAdapter;
-}
+} // namespace zv
 
 namespace zv::cli {
-
-class TargetOperations;
 
 // The link options of the command line.
 struct LinkOptions {
@@ -86,8 +85,6 @@ private:
     [[nodiscard]] TargetOperations target();
     [[nodiscard]] DemoFileSource loadCapture() const;
     [[nodiscard]] std::string demoTargetId() const;
-    [[nodiscard]] std::optional<double> parameterNumber(const char* name);
-    void readTargetGlobals();
 
     SessionServices s_;
     LinkOptions options_;

@@ -5,7 +5,7 @@
 #include "cli/cli_session.h"
 #include "cli/commands.h"
 #include "cli/sbd_notation.h"
-#include "cli/target_operations.h"
+#include "driver/target_operations.h"
 
 #include <ostream>
 

@@ -1,11 +1,19 @@
 #include "qt/application.h"
 
+#include "connection/frm_comm_port.h"
+#include "connection/frm_smbus_address.h"
 #include "core/error_log.h"
 #include "core/paths.h"
+#include "driver/target_operations.h"
 #include "platform/desktop.h"
 #include "platform/ui/twips.h"
+#include "qt/connection_forms.h"
 #include "qt/log_forms.h"
 #include "qt/main_form.h"
+#include "qt/splash_form.h"
+#include "startup/demo_capture.h"
+#include "startup/program_entry.h"
+#include "startup/program_exit.h"
 
 #include <QApplication>
 #include <QScreen>
@@ -34,20 +42,36 @@ char localeDecimalSeparator()
         : '.';
 }
 
+// The command lock of the transport in use.
+CommandLock commandLock(clsCellWeft& driver)
+{
+    auto target = std::make_shared<TargetOperations>(driver);
+    return { [target] { return target->UnlockDevice(); },
+        [target] { return target->EnableUlmarCommandSet(); },
+        [target] { return target->DisableUlmarCommandSet(); }, [target] { return target->LockDevice(); },
+        [target] { return target->GetAccessLevel(); } };
+}
+
+std::string versionText()
+{
+    return "Version " + QCoreApplication::applicationVersion().toStdString();
+}
+
 } // namespace
 
-Application::Application()
-    : programFolder_(platform::programFolder())
+Application::Application(std::vector<std::string> arguments)
+    : arguments_(std::move(arguments))
+    , programFolder_(platform::programFolder())
     , settings_(platform::IniSettingsStore::defaultPath())
+    , instance_(settings_.path())
     , logs_(globals_, LogWindowContext { settings_, screenSize, programFolder_ }, loop_, activeForm_)
     , errors_(dialogs_, loop_, joinPath(programFolder_, kErrorLogName),
           AbortSequence { [this] { releaseAll(); }, [] { QCoreApplication::exit(1); } })
+    , splash_(loop_, versionText())
+    , startup_(
+          DetectionServices { globals_, loop_, dialogs_, settings_, programFolder_, activeForm_, splash_ },
+          settings_, startupParts(), detectionHooks())
 {
-    globals_.gINIFile = joinPath(programFolder_, "Zentavia.ini");
-    globals_.gDemoFile = joinPath(programFolder_, "demo.ini");
-    globals_.setDecimalSeparator(localeDecimalSeparator());
-    globals_.settings = readStartupSettings(settings_, programFolder_);
-
     logs_.onWindowCreated = [this](platform::ui::Window& window) { bindWindow(window); };
     dialogs_.fallbackNotify = [this](const std::string& title, const std::string& text) {
         if (mainForm_)
@@ -55,6 +79,7 @@ Application::Application()
         else
             logs_.LogEvent(title.empty() ? text : title + ": " + text);
     };
+    (void)binder_.bind(splash_, makeSplashForm());
 }
 
 Application::~Application()
@@ -64,23 +89,261 @@ Application::~Application()
 
 void Application::bindWindow(platform::ui::Window& window)
 {
-    if (auto form = makeFormFor(window.name()))
+    auto form = makeFormFor(window.name());
+    if (!form)
+        form = makeConnectionForm(window.name());
+    if (form)
         (void)binder_.bind(window, std::move(form));
 }
 
-void Application::start()
+bool Application::start()
+{
+    const ProgramEntry entry { arguments_, instance_.otherInstanceRuns(), localeDecimalSeparator(),
+        programFolder_ };
+    if (!Main(entry, globals_, dialogs_))
+        return false;
+    startup_.StartApplication();
+    return true;
+}
+
+StartupParts Application::startupParts()
+{
+    StartupParts parts;
+    parts.BuildMenuPolicy = [this] { menuPolicy_ = BuildMenuPolicy(); };
+    parts.createMain = [this]() -> clsMain& { return createMain(); };
+    parts.showModemLog = [this] {
+        auto& log = logs_.modemLog();
+        log.setAlwaysOnTop(true);
+        log.show();
+    };
+    parts.availablePorts = [this] { return availablePorts(); };
+    parts.openUsbAdapter = [this] {
+        auto& usb = main_->CellWeft().Usb;
+        (void)usb.usbOpen();
+        return usb.opened();
+    };
+    parts.commPortError = [this](int code) { return commPortError(code); };
+    parts.endProgram = [this] { endProgram(); };
+    parts.reportError = [this](const std::string& description) {
+        (void)errors_.ReportError(AppError { 1, description, "Zentavia" }, "modMain", "Main");
+    };
+    return parts;
+}
+
+DetectionHooks Application::detectionHooks()
+{
+    DetectionHooks hooks;
+    hooks.mainFormLoaded = [this] { return mainFormLoaded(); };
+    hooks.showMainForm = [this] { showMainForm(); };
+    hooks.hideMainForm = [this] {
+        if (mainForm_)
+            mainForm_->hide();
+    };
+    hooks.loadMainForm = [this] {
+        if (mainForm_ && main_)
+            mainForm_->LoadMainForm(*main_);
+    };
+    hooks.openLogin = [this] { access_->OpenLogin(); };
+    hooks.usbProbeAddress = [this](int address8) {
+        std::uint8_t high = 0;
+        std::uint8_t low = 0;
+        return main_->CellWeft().Usb.usbReadWord(static_cast<std::uint8_t>(address8 >> 1), 0, high, low) == 0;
+    };
+    hooks.connectStep = [this] { reconnect(); };
+    return hooks;
+}
+
+clsMain& Application::createMain()
+{
+    monitor_.reset();
+    access_.reset();
+    main_.reset();
+    port_ = std::make_unique<platform::QtSerialPort>(settings_);
+    CellWeftServices services { *port_, loop_, dialogs_, settings_, globals_, programFolder_ };
+    services.modemLog
+        = [this](const std::string& text, bool transmitted) { logs_.log_ModemEvent(text, transmitted); };
+    services.logEvent = [this](const std::string& text) { logs_.LogEvent(text); };
+    services.readWriteLog = [this](std::string_view kind, std::string_view name, std::string_view number,
+                                std::string_view value) { logs_.ReadWriteLog(kind, name, number, value); };
+    services.infoStatus = [this](const std::string& text) { activeForm_.showInfo(text); };
+    services.splashStatus = [this](const std::string& text) { splash_.setStatus(text); };
+    services.mainWindowActive
+        = [this] { return activeForm_.get() != nullptr && activeForm_.get() == activeForm_.mainForm(); };
+    services.activeWindow = [] { return UnsolicitedTarget::Other; };
+    services.linkRecovered = [this] {
+        if (access_)
+            access_->GetUserLevelFromHardware();
+    };
+    services.endProgram = [this] { endProgram(); };
+    if (globals_.gDemo)
+        services.demo = demoFileSource(globals_.gDemoFile);
+    main_ = std::make_unique<clsMain>(std::move(services), dialogs_);
+    main_->hooks.readDirectoryStatus
+        = [this](int percent) { splash_.setStatus("Loading... " + std::to_string(percent) + "%"); };
+    access_ = std::make_unique<UserAccess>(
+        AccessServices { *main_, globals_, dialogs_, commandLock(main_->CellWeft()) }, mainWindowAccess());
+    access_->onWindowCreated = [this](platform::ui::Window& window) { bindWindow(window); };
+    return *main_;
+}
+
+bool Application::mainFormLoaded() const
+{
+    return mainForm_ && mainForm_->loaded();
+}
+
+// Loads and shows frmMain and makes it the active form; its load runs LoadMainForm.
+void Application::showMainForm()
+{
+    if (!mainForm_)
+        createMainForm();
+    activeForm_.setMainForm(mainForm_.get());
+    activeForm_.set(mainForm_.get());
+    if (access_)
+        access_->mainWindow().window = mainForm_.get();
+    attachMonitor();
+    mainForm_->show();
+    mainForm_->LoadMainForm(*main_);
+    mainForm_->AddTrayIcon();
+    startup_.detection.lanNotice.mainActivated(dialogs_);
+}
+
+void Application::attachMonitor()
+{
+    if (monitor_ && &monitor_->context.main == main_.get())
+        return;
+    monitor_.reset();
+    monitor_ = std::make_unique<Monitor>(MonitorContext { *mainForm_, *main_, globals_, settings_, dialogs_,
+        loop_, programFolder_, [this] { return activeForm_.get() == mainForm_.get(); }, &errors_ });
+    monitor_->edits.hooks.reload = [this] { reconnect(); };
+    monitor_->edits.hooks.closeSplash = [this] { splash_.unload(); };
+}
+
+void Application::createMainForm()
 {
     mainForm_ = std::make_unique<frmMain>(
         MainFormContext { globals_, settings_, dialogs_, logs_, programFolder_, &desktop_, &errors_ });
-    mainForm_->onExit = [] { QCoreApplication::quit(); };
+    mainForm_->menuPolicy = [this](frmMain& window) {
+        ApplyMenuPolicy(
+            window, menuPolicy_, menuPolicyContext(globals_, [this] { return main_->UserAccessLevel(); }));
+    };
+    mainForm_->userLevelReader = [this](frmMain&) { access_->GetUserLevelFromHardware(); };
+    mainForm_->closeRequested = [this] { return closeMainWindow(); };
+    mainForm_->onExit = [this] { endProgram(); };
+    wireMainMenus();
     auto form = makeMainForm(*mainForm_);
     dialogs_.setParent(form.get());
     dialogs_.setTrayIcon(form->findChild<QSystemTrayIcon*>("trayIcon"));
     (void)binder_.bind(*mainForm_, std::move(form));
-    activeForm_.setMainForm(mainForm_.get());
-    activeForm_.set(mainForm_.get());
-    mainForm_->show();
-    mainForm_->AddTrayIcon();
+}
+
+// The commands of the start-up, the access and the connection subsystems.
+void Application::wireMainMenus()
+{
+    frmMain& w = *mainForm_;
+    w.mnuConnect.onClick = [this] { reconnect(); };
+    w.mnuChangeUserAccessLevel.onClick = [this] { access_->mnuChangeUserAccessLevel_Click(); };
+    w.mnuAccessLevel.onClick = [this] { access_->mnuAccessLevel_Click(); };
+    w.mnuConfigCommPort.onClick = [this] {
+        frmCommPort dialog(portDialogServices(), eventLoopModal(loop_),
+            [this](const std::string& text) { mainForm_->sbStatusBar.setPanelText(kCommPanel, text); });
+        bindWindow(dialog);
+        dialog.Show();
+    };
+    w.mnuSmbusAddress.onClick = [this] {
+        auto& usb = main_->CellWeft().Usb;
+        SMBusAddressServices services { globals_, dialogs_,
+            [&usb](int address7, int command, std::uint8_t& high, std::uint8_t& low) {
+                return usb.usbReadWord(
+                    static_cast<std::uint8_t>(address7), static_cast<std::uint8_t>(command), high, low);
+            },
+            [this](const std::string& text) { mainForm_->sbStatusBar.setPanelText(kAlarmsPanel, text); },
+            eventLoopModal(loop_), &errors_ };
+        frmSMBusAddress dialog(std::move(services));
+        bindWindow(dialog);
+        dialog.Show();
+    };
+    w.mnuGenerateDemoINI.onClick = [this] {
+        (void)GenerateDemoINI(main_->CellWeft(), globals_,
+            { {}, [this](bool all) { mainForm_->disableAllCommands(all); },
+                [this](bool all) { mainForm_->enableAllCommands(all); },
+                [this](int pointer) { setMousePointer(pointer); } });
+    };
+    w.refreshAvailability();
+}
+
+void Application::setMousePointer(int pointer)
+{
+    constexpr int kHourglass = 11;
+    if (pointer == kHourglass)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QApplication::restoreOverrideCursor();
+}
+
+bool Application::closeMainWindow()
+{
+    ExitServices exit { globals_, loop_, dialogs_, main_ ? &main_->CellWeft() : nullptr };
+    if (monitor_)
+        exit.stopPolling = [this] { monitor_->poll.stopForClose(); };
+    if (access_)
+        exit.closeCommandLock = [this] { access_->LockDevice(); };
+    return CloseMainWindow(exit);
+}
+
+PortDialogServices Application::portDialogServices()
+{
+    PortDialogServices services { main_->CellWeft(), globals_, settings_, dialogs_, programFolder_,
+        systemPortProber(settings_) };
+    services.busyPointer = [this](bool busy) { setMousePointer(busy ? 11 : 0); };
+    services.errors = &errors_;
+    return services;
+}
+
+std::vector<int> Application::availablePorts()
+{
+    return portUtilities(portDialogServices()).GetAvailableCOMPorts();
+}
+
+CommPortChoice Application::commPortError(int code)
+{
+    frmCommPortError dialog(portDialogServices(), eventLoopModal(loop_));
+    bindWindow(dialog);
+    return dialog.CommPortError(code);
+}
+
+MainWindowAccess Application::mainWindowAccess()
+{
+    MainWindowAccess access;
+    access.window = mainForm_.get();
+    access.UpdateMenus = [this] {
+        if (mainForm_)
+            mainForm_->UpdateMenus();
+    };
+    access.SetMousePointer = [this](int pointer) { setMousePointer(pointer); };
+    access.mnuConnect_Click = [this] { reconnect(); };
+    access.showModal = modalOn(loop_);
+    return access;
+}
+
+void Application::reconnect()
+{
+    splash_.show();
+    activeForm_.set(&splash_);
+    splash_.setStatus("Initializing communications...");
+    loop_.processEvents();
+    auto& detection = startup_.detection;
+    startup_.actOnDetection(
+        globals_.gDemo ? detection.DetectDemoTarget(false) : detection.DetectTarget(false));
+}
+
+void Application::endProgram()
+{
+    EndProgram(globals_.usbTransport(),
+        { [this] {
+             if (main_)
+                 main_->CellWeft().Usb.usbRelease();
+         },
+            [this] { releaseAll(); }, [this] { main_.reset(); }, [] { QCoreApplication::quit(); } });
 }
 
 void Application::releaseAll()
@@ -90,10 +353,13 @@ void Application::releaseAll()
         logs_.modemLog().unload();
     if (logs_.hasEventLog())
         logs_.eventLog().unload();
+    splash_.unload();
     dialogs_.setParent(nullptr);
     dialogs_.setTrayIcon(nullptr);
+    monitor_.reset();
     if (mainForm_) {
         mainForm_->onExit = nullptr;
+        mainForm_->closeRequested = nullptr;
         mainForm_->unload();
     }
 }

@@ -1,30 +1,41 @@
 #pragma once
 // The application object: it owns the globals, the settings store, the event loop, the dialogs,
-// the application logs and the windows, and hands them down.
+// the application logs, gMain and the windows, and hands them down. It runs Main and
+// StartApplication and answers their hooks with the real windows.
 
+#include "access/login.h"
+#include "access/menu_policy.h"
 #include "core/active_form.h"
 #include "core/app_logs.h"
 #include "core/error_handler.h"
 #include "core/globals.h"
+#include "driver/cls_main.h"
 #include "monitor/frm_main.h"
+#include "monitor/monitor.h"
 #include "platform/ini_settings_store.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_event_loop.h"
+#include "platform/qt/qt_serial_port.h"
 #include "qt/binder.h"
 #include "qt/qt_dialogs.h"
+#include "qt/single_instance.h"
+#include "startup/frm_splash.h"
+#include "startup/start_application.h"
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace zv::qt {
 
 class Application {
 public:
-    Application();
+    // The command line without the program's own name.
+    explicit Application(std::vector<std::string> arguments);
     ~Application();
 
-    // Shows the main window; the caller runs the Qt event loop.
-    void start();
+    // Main, then StartApplication. False: the program ends at once (another instance runs).
+    [[nodiscard]] bool start();
 
     [[nodiscard]] AppGlobals& globals() { return globals_; }
     [[nodiscard]] AppLogs& logs() { return logs_; }
@@ -32,11 +43,31 @@ public:
 
 private:
     void bindWindow(platform::ui::Window& window);
+    [[nodiscard]] StartupParts startupParts();
+    [[nodiscard]] DetectionHooks detectionHooks();
+    clsMain& createMain();
+    void showMainForm();
+    void createMainForm();
+    // The live monitor of the main window, made anew for each gMain.
+    void attachMonitor();
+    void wireMainMenus();
+    void setMousePointer(int pointer);
+    [[nodiscard]] bool mainFormLoaded() const;
+    [[nodiscard]] bool closeMainWindow();
+    [[nodiscard]] std::vector<int> availablePorts();
+    [[nodiscard]] CommPortChoice commPortError(int code);
+    [[nodiscard]] PortDialogServices portDialogServices();
+    [[nodiscard]] MainWindowAccess mainWindowAccess();
+    // mnuConnect: the splash and the target detection again.
+    void reconnect();
+    void endProgram();
     void releaseAll();
 
+    std::vector<std::string> arguments_;
     std::string programFolder_;
     AppGlobals globals_;
     platform::IniSettingsStore settings_;
+    SingleInstance instance_;
     platform::QtEventLoop loop_;
     QtDialogs dialogs_;
     platform::QtDesktop desktop_;
@@ -44,7 +75,14 @@ private:
     Binder binder_;
     AppLogs logs_;
     ErrorHandler errors_;
+    std::unique_ptr<platform::QtSerialPort> port_;
+    std::unique_ptr<clsMain> main_;
+    std::unique_ptr<UserAccess> access_;
+    clsMenuCol menuPolicy_;
     std::unique_ptr<frmMain> mainForm_;
+    std::unique_ptr<Monitor> monitor_; // the live monitor of mainForm_ over main_
+    frmSplash splash_;
+    Startup startup_;
 };
 
 } // namespace zv::qt

@@ -6,30 +6,18 @@
 #include "qt/binder.h"
 #include "qt/log_forms.h"
 #include "support/sim_harness.h"
+#include "ui/widgets_app.h"
 
-#include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
 
 #include <gtest/gtest.h>
 
 namespace zv::qt {
-namespace {
-
-void ensureWidgets()
-{
-    static int argc = 1;
-    static char name[] = "test_ui";
-    static char* argv[] = { name, nullptr };
-    if (!QApplication::instance())
-        new QApplication(argc, argv);
-}
-
-} // namespace
 
 TEST(AccessForms, EveryControlFindsItsWidget)
 {
-    ensureWidgets();
+    test::ensureWidgets();
     test::SimHarness sim;
     sim.globals.gTargetID = "1001";
     UserAccess access({ sim.main(), sim.globals, sim.dialogs, busCommandLock(sim.driver().Bus) }, {});

@@ -9,9 +9,9 @@
 #include "qt/file_filter.h"
 #include "qt/log_forms.h"
 #include "qt/main_form.h"
+#include "ui/widgets_app.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QCloseEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -29,15 +29,6 @@ namespace zv::qt {
 namespace {
 
 namespace ui = platform::ui;
-
-void ensureApplication()
-{
-    static int argc = 1;
-    static char name[] = "test_ui";
-    static char* argv[] = { name, nullptr };
-    if (!QApplication::instance())
-        new QApplication(argc, argv);
-}
 
 // A small window with one control of each kind the test drives.
 class Probe : public ui::Window {
@@ -75,7 +66,7 @@ std::unique_ptr<QWidget> probeForm()
 
 class BinderTest : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() { ensureApplication(); }
+    static void SetUpTestSuite() { test::ensureWidgets(); }
     template <typename W> W* widget(const char* name) { return binder.widgetOf(probe)->findChild<W*>(name); }
     Binder binder;
     Probe probe;
@@ -146,7 +137,7 @@ TEST_F(BinderTest, ReleasesTheWidgetWithItsWindow)
 
 TEST(LogForms, CloseBoxesAndColouredText)
 {
-    ensureApplication();
+    test::ensureWidgets();
     AppGlobals globals;
     platform::MemorySettingsStore store;
     platform::VirtualEventLoop loop;
@@ -186,7 +177,7 @@ TEST(LogForms, CloseBoxesAndColouredText)
 
 TEST(MainForm, MenusPanelsAndLabelsBindByName)
 {
-    ensureApplication();
+    test::ensureWidgets();
     AppGlobals globals;
     platform::MemorySettingsStore store;
     platform::VirtualEventLoop loop;

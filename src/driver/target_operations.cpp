@@ -1,8 +1,8 @@
-#include "cli/target_operations.h"
+#include "driver/target_operations.h"
 
 #include "driver/cellweft.h"
 
-namespace zv::cli {
+namespace zv {
 
 TargetOperations::TargetOperations(clsCellWeft& driver)
     : driver_(driver)
@@ -60,4 +60,4 @@ std::optional<std::vector<std::uint8_t>> TargetOperations::readBlock(std::uint8_
     return driver_.readBlock(command);
 }
 
-} // namespace zv::cli
+} // namespace zv

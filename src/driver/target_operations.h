@@ -7,10 +7,8 @@
 #include <vector>
 
 namespace zv {
-class clsCellWeft;
-}
 
-namespace zv::cli {
+class clsCellWeft;
 
 class TargetOperations {
 public:
@@ -31,4 +29,4 @@ private:
     bool usb_;
 };
 
-} // namespace zv::cli
+} // namespace zv

@@ -1,0 +1,44 @@
+#pragma once
+// The exit order: the commit question, the end of the poll, the device's command set closed and
+// the dongle reset; then EndProgram releases everything from the last form to gMain.
+
+#include <functional>
+
+namespace zv::platform {
+class Dialogs;
+class EventLoop;
+} // namespace zv::platform
+
+namespace zv {
+
+class clsCellWeft;
+struct AppGlobals;
+
+inline constexpr int kPollStopLimitMs = 10000;
+
+struct ExitServices {
+    AppGlobals& globals;
+    platform::EventLoop& loop;
+    platform::Dialogs& dialogs;
+    clsCellWeft* driver; // none when no gMain was made
+    std::function<void()> commitChanges; // CommitChanges
+    std::function<void()> stopPolling;
+    std::function<bool()> pollTimerRunning;
+    // DisableUlmarCommandSet and LockDevice on the active transport.
+    std::function<void()> closeCommandLock;
+    std::function<void()> removeTrayIcon;
+};
+
+// The close request of the main window. False: the user cancelled and the window stays open.
+[[nodiscard]] bool CloseMainWindow(const ExitServices& services);
+
+struct EndServices {
+    std::function<void()> releaseUsbAdapter; // on the USB transport
+    std::function<void()> unloadForms; // every open form, from the last to the first
+    std::function<void()> releaseMain; // gMain
+    std::function<void()> quit;
+};
+
+void EndProgram(bool usbTransport, const EndServices& services);
+
+} // namespace zv
