@@ -9,7 +9,6 @@
 #include "platform/ui/status_bar.h"
 
 #include <algorithm>
-#include <climits>
 
 namespace zv {
 
@@ -31,14 +30,6 @@ CommandLock busCommandLock(SmbusTransactions& bus)
     return { [&bus] { return bus.UnlockDevice(); }, [&bus] { return bus.EnableUlmarCommandSet(); },
         [&bus] { return bus.DisableUlmarCommandSet(); }, [&bus] { return bus.LockDevice(); },
         [&bus] { return bus.GetAccessLevel(); } };
-}
-
-std::function<void(platform::ui::Window&)> modalOn(platform::EventLoop& loop)
-{
-    return [&loop](platform::ui::Window& window) {
-        window.show();
-        (void)loop.waitUntil([&window] { return !window.visible(); }, INT_MAX);
-    };
 }
 
 PasswordBytes passwordBytes(std::string_view text)

@@ -61,10 +61,6 @@ struct MainWindowAccess {
     std::function<void(platform::ui::Window&)> showModal;
 };
 
-// A modal run for MainWindowAccess::showModal: shows the window and runs events until the user
-// hides or unloads it.
-[[nodiscard]] std::function<void(platform::ui::Window&)> modalOn(platform::EventLoop& loop);
-
 // The eight bytes of a password text: the character codes, padded with 0, at most eight.
 [[nodiscard]] PasswordBytes passwordBytes(std::string_view text);
 // True if any byte differs from the unset pattern gNoPassword.

@@ -2,7 +2,6 @@
 
 #include "commands/command_words.h"
 #include "commands/frm_safe_disconnect.h"
-#include "connection/show_modal.h"
 #include "core/active_form.h"
 #include "core/globals.h"
 #include "device_files/directory.h"
@@ -10,6 +9,7 @@
 #include "monitor/frm_main.h"
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
+#include "platform/ui/show_modal.h"
 
 #include <exception>
 
@@ -26,7 +26,7 @@ DeviceCommands::DeviceCommands(CommandServices services, CommandHooks hooks)
     , hooks_(std::move(hooks))
 {
     if (!hooks_.showModal)
-        hooks_.showModal = eventLoopModal(s_.loop);
+        hooks_.showModal = platform::ui::eventLoopModal(s_.loop);
 }
 
 DeviceCommands::~DeviceCommands() = default;

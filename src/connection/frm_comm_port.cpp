@@ -13,8 +13,8 @@ constexpr const char* kObject = "CommPort";
 
 } // namespace
 
-frmCommPort::frmCommPort(
-    PortDialogServices services, ShowModal showModal, std::function<void(const std::string&)> commPanel)
+frmCommPort::frmCommPort(PortDialogServices services, platform::ui::ShowModal showModal,
+    std::function<void(const std::string&)> commPanel)
     : Window("frmCommPort")
     , s_(std::move(services))
     , showModal_(std::move(showModal))

@@ -17,8 +17,8 @@ namespace zv {
 class frmCommPort : public platform::ui::Window {
 public:
     // commPanel sets the main window's "Comm" status panel.
-    frmCommPort(
-        PortDialogServices services, ShowModal showModal, std::function<void(const std::string&)> commPanel);
+    frmCommPort(PortDialogServices services, platform::ui::ShowModal showModal,
+        std::function<void(const std::string&)> commPanel);
 
     // Opens the dialog modally and unloads it when it closes.
     void Show();
@@ -42,7 +42,7 @@ private:
     void apply();
 
     PortDialogServices s_;
-    ShowModal showModal_;
+    platform::ui::ShowModal showModal_;
     std::function<void(const std::string&)> commPanel_;
 };
 

@@ -15,7 +15,7 @@ constexpr const char* kChooseBelow
 
 } // namespace
 
-frmCommPortError::frmCommPortError(PortDialogServices services, ShowModal showModal)
+frmCommPortError::frmCommPortError(PortDialogServices services, platform::ui::ShowModal showModal)
     : Window("frmCommPortError")
     , s_(std::move(services))
     , showModal_(std::move(showModal))

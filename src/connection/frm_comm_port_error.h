@@ -18,7 +18,7 @@ enum class CommPortChoice {
 
 class frmCommPortError : public platform::ui::Window {
 public:
-    frmCommPortError(PortDialogServices services, ShowModal showModal);
+    frmCommPortError(PortDialogServices services, platform::ui::ShowModal showModal);
 
     // Shows the dialog modally for an error number of SMBus_Init or of the start-up's search
     // (kNoDongleFound) and unloads it when it is hidden.
@@ -44,7 +44,7 @@ private:
     void leave(CommPortChoice choice);
 
     PortDialogServices s_;
-    ShowModal showModal_;
+    platform::ui::ShowModal showModal_;
     CommPortChoice choice_ = CommPortChoice::ContinueDisconnected;
 };
 

@@ -2,8 +2,8 @@
 // The dialog that finds the target's SMBus address on the USB transport by scanning the bus, and
 // keeps the address in the INI file.
 
-#include "connection/show_modal.h"
 #include "platform/ui/choice_controls.h"
+#include "platform/ui/show_modal.h"
 #include "platform/ui/simple_controls.h"
 #include "platform/ui/window.h"
 
@@ -29,7 +29,7 @@ struct SMBusAddressServices {
     platform::Dialogs& dialogs;
     WordReader readWord;
     std::function<void(const std::string&)> alarmsPanel; // the main window's "Alarms" status panel
-    ShowModal showModal;
+    platform::ui::ShowModal showModal;
     ErrorHandler* errors = nullptr;
 };
 

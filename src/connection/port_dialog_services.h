@@ -2,7 +2,7 @@
 // What the two port dialogs need of the application, and the part of cmdConnect they share.
 
 #include "connection/com_port_utilities.h"
-#include "connection/show_modal.h"
+#include "platform/ui/show_modal.h"
 
 #include <functional>
 #include <string>

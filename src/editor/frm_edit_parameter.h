@@ -4,10 +4,10 @@
 // the parameter's NewValue; nothing is sent to the device here. A bit-encoded word gets a second
 // face: a list of its labelled bits.
 
-#include "connection/show_modal.h"
 #include "params/display_settings.h"
 #include "platform/ui/choice_controls.h"
 #include "platform/ui/list_view.h"
+#include "platform/ui/show_modal.h"
 #include "platform/ui/simple_controls.h"
 #include "platform/ui/window.h"
 
@@ -30,7 +30,7 @@ struct EditParameterContext {
     platform::SettingsStore& settings;
     platform::Dialogs& dialogs;
     std::string programFolder;
-    ShowModal showModal;
+    platform::ui::ShowModal showModal;
     std::function<platform::ui::ScreenSize()> screen;
     ErrorHandler* errors = nullptr;
     // frmMain::WritePending.

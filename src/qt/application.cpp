@@ -6,6 +6,7 @@
 #include "core/paths.h"
 #include "driver/target_operations.h"
 #include "platform/desktop.h"
+#include "platform/ui/show_modal.h"
 #include "platform/ui/twips.h"
 #include "qt/connection_forms.h"
 #include "qt/log_forms.h"
@@ -244,7 +245,7 @@ void Application::wireMainMenus()
     w.mnuChangeUserAccessLevel.onClick = [this] { access_->mnuChangeUserAccessLevel_Click(); };
     w.mnuAccessLevel.onClick = [this] { access_->mnuAccessLevel_Click(); };
     w.mnuConfigCommPort.onClick = [this] {
-        frmCommPort dialog(portDialogServices(), eventLoopModal(loop_),
+        frmCommPort dialog(portDialogServices(), platform::ui::eventLoopModal(loop_),
             [this](const std::string& text) { mainForm_->sbStatusBar.setPanelText(kCommPanel, text); });
         bindWindow(dialog);
         dialog.Show();
@@ -257,7 +258,7 @@ void Application::wireMainMenus()
                     static_cast<std::uint8_t>(address7), static_cast<std::uint8_t>(command), high, low);
             },
             [this](const std::string& text) { mainForm_->sbStatusBar.setPanelText(kAlarmsPanel, text); },
-            eventLoopModal(loop_), &errors_ };
+            platform::ui::eventLoopModal(loop_), &errors_ };
         frmSMBusAddress dialog(std::move(services));
         bindWindow(dialog);
         dialog.Show();
@@ -306,7 +307,7 @@ std::vector<int> Application::availablePorts()
 
 CommPortChoice Application::commPortError(int code)
 {
-    frmCommPortError dialog(portDialogServices(), eventLoopModal(loop_));
+    frmCommPortError dialog(portDialogServices(), platform::ui::eventLoopModal(loop_));
     bindWindow(dialog);
     return dialog.CommPortError(code);
 }
@@ -321,7 +322,7 @@ MainWindowAccess Application::mainWindowAccess()
     };
     access.SetMousePointer = [this](int pointer) { setMousePointer(pointer); };
     access.mnuConnect_Click = [this] { reconnect(); };
-    access.showModal = modalOn(loop_);
+    access.showModal = platform::ui::eventLoopModal(loop_);
     return access;
 }
 

@@ -149,9 +149,9 @@ std::unique_ptr<QWidget> makeEditParameterForm(frmEditParameter& form)
     return widget;
 }
 
-ShowModal editParameterModal(Binder& binder, platform::EventLoop& loop)
+platform::ui::ShowModal editParameterModal(Binder& binder, platform::EventLoop& loop)
 {
-    return [&binder, run = eventLoopModal(loop)](platform::ui::Window& window) {
+    return [&binder, run = platform::ui::eventLoopModal(loop)](platform::ui::Window& window) {
         auto& form = dynamic_cast<frmEditParameter&>(window);
         if (!binder.widgetOf(form))
             (void)binder.bind(form, makeEditParameterForm(form));

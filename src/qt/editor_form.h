@@ -3,7 +3,7 @@
 // limit and the focus of the new-value box come from the logic window. The dialog is
 // application-modal.
 
-#include "connection/show_modal.h"
+#include "platform/ui/show_modal.h"
 
 #include <QWidget>
 
@@ -24,6 +24,6 @@ class Binder;
 
 // The modal run of frmEditParameter: binds its widget on the first show, then runs events until
 // the dialog is hidden.
-[[nodiscard]] ShowModal editParameterModal(Binder& binder, platform::EventLoop& loop);
+[[nodiscard]] platform::ui::ShowModal editParameterModal(Binder& binder, platform::EventLoop& loop);
 
 } // namespace zv::qt

@@ -2,6 +2,7 @@
 // wrong and right passwords, communication failure, cancel, demo mode and the lock at exit.
 
 #include "access_rig.h"
+#include "platform/ui/show_modal.h"
 
 #include <gtest/gtest.h>
 
@@ -220,7 +221,7 @@ TEST(Login, ModalRunReturnsWhenTheWindowIsHidden)
     platform::VirtualEventLoop loop;
     test::MainWindowDouble window;
     loop.post(1500, [&] { window.hide(); });
-    modalOn(loop)(window);
+    platform::ui::eventLoopModal(loop)(window);
     EXPECT_FALSE(window.visible());
     EXPECT_EQ(loop.milliseconds(), 1500);
 }

@@ -2,11 +2,11 @@
 // the connection attempts against the simulated dongle.
 
 #include "connection/frm_comm_port_error.h"
-#include "connection/show_modal.h"
 #include "connection_fixture.h"
 #include "core/error_handler.h"
 #include "core/registry.h"
 #include "core/temp_folder.h"
+#include "platform/ui/show_modal.h"
 
 #include <gtest/gtest.h>
 
@@ -124,7 +124,7 @@ TEST(CommPortError, FailedAttemptsKeepTheDialogAndTellWhy)
 TEST(CommPortError, TheEventLoopModalReturnsWhenAButtonHidesTheDialog)
 {
     test::ConnectionFixture f(1, 1);
-    frmCommPortError form(f.services(), eventLoopModal(f.sim.loop));
+    frmCommPortError form(f.services(), platform::ui::eventLoopModal(f.sim.loop));
     f.sim.loop.post(5000, [&] { form.cmdConnect.click(); });
     EXPECT_EQ(form.CommPortError(8002), CommPortChoice::Connected);
     EXPECT_GE(f.sim.loop.milliseconds(), 5000);

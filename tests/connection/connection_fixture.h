@@ -35,7 +35,7 @@ public:
     }
 
     // Shows the window and runs the test's actions as the user's while it is open.
-    ShowModal whileShown(std::function<void()> actions)
+    platform::ui::ShowModal whileShown(std::function<void()> actions)
     {
         return [this, actions = std::move(actions)](platform::ui::Window& window) {
             window.show();

@@ -1,9 +1,9 @@
-#include "connection/show_modal.h"
+#include "platform/ui/show_modal.h"
 
 #include "platform/event_loop.h"
 #include "platform/ui/window.h"
 
-namespace zv {
+namespace zv::platform::ui {
 
 namespace {
 
@@ -21,4 +21,4 @@ ShowModal eventLoopModal(platform::EventLoop& loop)
     };
 }
 
-} // namespace zv
+} // namespace zv::platform::ui

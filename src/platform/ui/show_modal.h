@@ -5,17 +5,16 @@
 
 namespace zv::platform {
 class EventLoop;
-namespace ui {
-class Window;
 }
-} // namespace zv::platform
 
-namespace zv {
+namespace zv::platform::ui {
 
-using ShowModal = std::function<void(platform::ui::Window&)>;
+class Window;
+
+using ShowModal = std::function<void(Window&)>;
 
 // Shows the window and runs events until it is hidden (by a button or its close box). The Qt form
 // of the window blocks input to the other windows meanwhile.
-[[nodiscard]] ShowModal eventLoopModal(platform::EventLoop& loop);
+[[nodiscard]] ShowModal eventLoopModal(EventLoop& loop);
 
-} // namespace zv
+} // namespace zv::platform::ui
