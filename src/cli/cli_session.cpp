@@ -13,6 +13,8 @@
 #include "platform/ini_file.h"
 #include "platform/port_devices.h"
 #include "platform/serial_port.h"
+#include "startup/frm_splash.h"
+#include "startup/target_detection.h"
 #include "startup/target_globals.h"
 #include "usb/usb_adapter_factory.h"
 
@@ -26,17 +28,9 @@ namespace zv::cli {
 
 namespace {
 
-constexpr int kNoAnswer = 0xFFFB;
-constexpr int kCommunicationError = 0xFFFF;
-constexpr int kUnsupportedTarget = 0xEFFF;
-constexpr int kSealed = 0x8004;
+using detect::kCommunicationError;
+using detect::kNoAnswer;
 constexpr int kCommandSetClosed = 0;
-// A failed unlock over the USB adapter: its result -1, -2 or -3 as 0x8001 to 0x8003, else 0x800F.
-constexpr int kUsbUnlockFailed = 0x8000;
-constexpr int kUsbOtherFailure = 0x800F;
-
-constexpr const char* kCheckConnections = "Please check power and the connections to the hardware.";
-constexpr const char* kNeedsProgramming = "The hardware needs to be (re)programmed.";
 
 std::string resultCode(int code)
 {
@@ -53,22 +47,16 @@ CliError startupFault(const std::string& text, int code)
 
 CliError cannotConnect(int code)
 {
-    return startupFault(std::string("Unable to connect to device\n") + kCheckConnections, code);
+    return startupFault(faultText(StartupFault::UnableToConnect, "\n"), code);
 }
 
 CliError communicationFailed(int code)
 {
-    return startupFault(
-        std::string("Communication error to hardware. Connection failed\n") + kCheckConnections, code);
+    return startupFault(faultText(StartupFault::CommunicationError, "\n"), code);
 }
 
 // A port that cannot be opened says why in its own words; a dongle that does not answer, or
 // another failure, is told as the connection dialogs tell it.
-int usbUnlockCode(int result)
-{
-    return result >= -3 && result <= -1 ? kUsbUnlockFailed - result : kUsbOtherFailure;
-}
-
 CliError linkFailure(int number, const std::string& portText)
 {
     if (!portText.empty() && number != kDongleNotAnswering)
@@ -82,9 +70,7 @@ CliError linkFailure(int number, const std::string& portText)
 
 CliError configurationFault()
 {
-    return startupFault(
-        std::string("An error has occurred while reading the configuration files.\n") + kCheckConnections,
-        kCommunicationError);
+    return startupFault(faultText(StartupFault::ConfigurationFiles, "\n"), kCommunicationError);
 }
 
 bool isPortNumber(const std::string& text)
@@ -96,7 +82,7 @@ bool isPortNumber(const std::string& text)
 void rejectSealed(int level)
 {
     if (level == 0 || level == 1)
-        throw startupFault("The target device is sealed!", kSealed);
+        throw startupFault(faultText(StartupFault::Sealed), detect::kSealed);
 }
 
 } // namespace
@@ -184,8 +170,7 @@ void CliSession::openAdapter()
     auto& usb = driver().Usb;
     (void)usb.usbOpen();
     if (!usb.opened())
-        throw CliError(
-            std::string("Communication error to hardware. Connection failed\n") + kCheckConnections);
+        throw CliError(faultText(StartupFault::CommunicationError, "\n"));
 }
 
 void CliSession::openLink()
@@ -200,7 +185,7 @@ void CliSession::openLink()
     linkUp_ = true;
     auto ops = target();
     if (const int result = ops.UnlockDevice(); result != 0)
-        throw cannotConnect(usb ? usbUnlockCode(result) : kNoAnswer);
+        throw cannotConnect(usb ? detect::usbUnlockResult(result) : kNoAnswer);
     targetAnswered_ = true;
     if (!ops.EnableUlmarCommandSet())
         throw communicationFailed(kCommandSetClosed);
@@ -209,7 +194,7 @@ void CliSession::openLink()
     if (state == -1)
         throw communicationFailed(kCommunicationError);
     if (state == kSystemLoaderState || state == kApplicationLoaderState) // a loader runs
-        throw startupFault(kNeedsProgramming, state);
+        throw startupFault(faultHeadline(StartupFault::SystemLoader), state);
 }
 
 void CliSession::connect()
@@ -248,7 +233,7 @@ void CliSession::identify()
     if (!record)
         throw startupFault("The attached device is reporting an unsupported target application.\nTargetID = "
                 + globals_.gTargetID,
-            kUnsupportedTarget);
+            detect::kUnknownTarget);
     applyTarget(globals_, *record);
     d.Config.GatewayConfigFileName = gatewayConfigFile(*record, s_.programFolder);
     d.Config.NodeConfigFileName = nodeConfigFile(*record, s_.programFolder);

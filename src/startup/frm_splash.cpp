@@ -47,13 +47,23 @@ frmSplash::frmSplash(platform::EventLoop& loop, std::string versionText)
         &btnRestart, &btnScan });
 }
 
-void frmSplash::showFault(StartupFault reason)
+std::string faultHeadline(StartupFault reason)
+{
+    return kFaultScreens.at(static_cast<std::size_t>(reason)).firstLine;
+}
+
+std::string faultText(StartupFault reason, const std::string& lineEnd)
 {
     const FaultScreen& screen = kFaultScreens.at(static_cast<std::size_t>(reason));
     std::string text = screen.firstLine;
     if (*screen.secondLine)
-        text += std::string("\r\n") + screen.secondLine;
-    setStatus(std::move(text));
+        text += lineEnd + screen.secondLine;
+    return text;
+}
+
+void frmSplash::showFault(StartupFault reason)
+{
+    setStatus(faultText(reason));
     if (reason <= StartupFault::ConfigurationFiles) {
         setLoadControlsVisible(false);
         setFaultButtonsVisible(true);

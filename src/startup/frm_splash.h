@@ -25,6 +25,11 @@ enum class StartupFault {
 
 inline constexpr int kSplashIntervalMs = 2500;
 
+// The first line of a fault screen, which names the fault.
+[[nodiscard]] std::string faultHeadline(StartupFault reason);
+// The text of a fault screen: its first line and, when there is one, its second after lineEnd.
+[[nodiscard]] std::string faultText(StartupFault reason, const std::string& lineEnd = "\r\n");
+
 class frmSplash : public platform::ui::Window {
 public:
     frmSplash(platform::EventLoop& loop, std::string versionText);

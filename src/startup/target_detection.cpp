@@ -76,17 +76,20 @@ bool TargetDetection::usb() const
 int TargetDetection::unlockFailure(int result)
 {
     ShowStartupFault(StartupFault::UnableToConnect);
-    if (!usb())
-        return detect::kNoAnswer;
+    return usb() ? detect::usbUnlockResult(result) : detect::kNoAnswer;
+}
+
+int detect::usbUnlockResult(int result)
+{
     switch (result) {
     case -1:
-        return detect::kUsbUnlockFailed;
+        return kUsbUnlockFailed;
     case -2:
-        return detect::kUsbUnlockFailed2;
+        return kUsbUnlockFailed2;
     case -3:
-        return detect::kUsbUnlockFailed3;
+        return kUsbUnlockFailed3;
     default:
-        return detect::kUsbFailed;
+        return kUsbFailed;
     }
 }
 

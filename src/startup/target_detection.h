@@ -37,6 +37,8 @@ inline constexpr int kUsbUnlockFailed = 0x8001;
 inline constexpr int kUsbUnlockFailed2 = 0x8002;
 inline constexpr int kUsbUnlockFailed3 = 0x8003;
 inline constexpr int kUsbFailed = 0x800F;
+// The detection result of a failed unlock over the USB adapter, from usbUnlockDevice's result.
+[[nodiscard]] int usbUnlockResult(int result);
 } // namespace detect
 
 inline constexpr const char* kRecordNeverWritten = "FFFFFFFFFFFFFFFF";
