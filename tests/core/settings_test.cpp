@@ -34,9 +34,6 @@ TEST(SettingsTable, DefaultsComeFromTheTable)
 {
     platform::MemorySettingsStore store;
     EXPECT_EQ(readSetting(store, "AlternateRowColor", kFolder), "&HFFF8F0");
-    EXPECT_EQ(readSetting(store, "EventLogWidth", kFolder), "7000");
-    EXPECT_EQ(readSetting(store, "HistoryChartHeight", kFolder), "6120");
-    EXPECT_EQ(readSetting(store, "MAX_BLOCK_TRANSFER", kFolder), "128");
     EXPECT_EQ(readSetting(store, "Path_Script", kFolder), "");
     EXPECT_EQ(readSetting(store, "LogFile", kFolder), "/opt/zentavia/Data Logging Files/default.csv");
     EXPECT_THROW((void)readSetting(store, "NoSuchSetting", kFolder), std::out_of_range);

@@ -60,8 +60,6 @@ TEST_F(FrmMainTest, MenuBarHoldsEveryMenuInOrderWithItsCaption)
     EXPECT_EQ(form.mnuSavePackConfiguration.caption(), "Save Configuration to File... (.dat) Only");
     EXPECT_EQ(form.mnuExit.caption(), "E&xit");
     EXPECT_EQ(form.mnuCal470.caption(), "Calibrate ZK9470 Voltage...");
-    EXPECT_EQ(form.mnuAddUtility.caption(), "Empty");
-    EXPECT_EQ(form.mnuHelp_Contents.caption(), "How to Add Help Documents");
     EXPECT_EQ(form.mnulvNodes_ReadParameters.caption(), "Update Dynamic Data");
 }
 
@@ -169,12 +167,10 @@ TEST_F(FrmMainTest, StatusPanelsInOrderWithTheirToolTips)
     EXPECT_EQ(form.sbStatusBar.panels()[6].widthTwips, 0); // the spring
 }
 
-TEST(MainTitle, VersionBuildDemoAndCalibrationNotice)
+TEST(MainTitle, VersionAndBuild)
 {
     EXPECT_EQ(mainTitle({ { 3, 0, 0 }, "ZK9460" }), "Norvale Systems - Zentavia 3.0 : ZK9460");
     EXPECT_EQ(mainTitle({ { 3, 1, 27 }, "ZK9460" }), "Norvale Systems - Zentavia 3.1 Build(27) : ZK9460");
-    EXPECT_EQ(mainTitle({ { 3, 0, 0 }, "ZK9470", true, true }),
-        "Norvale Systems - Zentavia 3.0 : ZK9470 DEMO : Unoffical Release - Voltage Calibration Enabled");
 }
 
 TEST_F(FrmMainTest, LoadMainFormAgainstThePack)

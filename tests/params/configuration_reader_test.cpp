@@ -135,34 +135,34 @@ TEST_F(ConfigurationReaderTest, DecimalCommaLocaleReadsInvariantNumbers)
     EXPECT_DOUBLE_EQ(gateway.Item(1)->LowerWriteLimit, -10.5);
 }
 
-TEST_F(ConfigurationReaderTest, ShortLineIsResultFourWithTheErrorBox)
+TEST_F(ConfigurationReaderTest, DamagedLinesAreResultFourWithTheirErrorBox)
 {
-    write(reader.GatewayConfigFileName, line("A", "1") + "\nShort\t1\t2\n");
-    dialogs.answerMessage(Answer::OK);
-    EXPECT_EQ(reader.readConfig(kGatewayConfigFile), kConfigFailed);
-    ASSERT_EQ(dialogs.shown().size(), 1U);
-    EXPECT_EQ(dialogs.lastShown().title, "Error");
-    EXPECT_EQ(dialogs.lastShown().icon, Icon::Critical);
-    EXPECT_EQ(dialogs.lastShown().text, "Error Description: Subscript out of range\r\nError Number: 9");
-}
-
-TEST_F(ConfigurationReaderTest, BadNumberInPackParameterModeShowsTheFileErrorBox)
-{
-    reader.packParameterMode = true;
-    write(reader.GatewayConfigFileName, line("A", "1", "1\t2", "abc\t0\t1") + "\n");
-    dialogs.answerMessage(Answer::OK);
-    EXPECT_EQ(reader.readConfig(kGatewayConfigFile), kConfigFailed);
-    EXPECT_EQ(dialogs.lastShown().title, "File Error");
-    EXPECT_EQ(
-        dialogs.lastShown().text, "Error reading the select file. Please select a valid configuration file");
-}
-
-TEST_F(ConfigurationReaderTest, ByteColumnOutOfRangeIsAnOverflow)
-{
-    write(reader.GatewayConfigFileName, line("A", "1", "256\t2") + "\n");
-    dialogs.answerMessage(Answer::OK);
-    EXPECT_EQ(reader.readConfig(kGatewayConfigFile), kConfigFailed);
-    EXPECT_EQ(dialogs.lastShown().text, "Error Description: Overflow\r\nError Number: 6");
+    struct Case {
+        std::string text;
+        bool packParameterMode;
+        const char* title;
+        Icon icon;
+        const char* message;
+    };
+    const Case cases[] {
+        { line("A", "1") + "\nShort\t1\t2\n", false, "Error", Icon::Critical,
+            "Error Description: Subscript out of range\r\nError Number: 9" },
+        { line("A", "1", "1\t2", "abc\t0\t1") + "\n", true, "File Error", Icon::None,
+            "Error reading the select file. Please select a valid configuration file" },
+        { line("A", "1", "256\t2") + "\n", false, "Error", Icon::Critical,
+            "Error Description: Overflow\r\nError Number: 6" },
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.message);
+        reader.packParameterMode = c.packParameterMode;
+        write(reader.GatewayConfigFileName, c.text);
+        dialogs.answerMessage(Answer::OK);
+        EXPECT_EQ(reader.readConfig(kGatewayConfigFile), kConfigFailed);
+        EXPECT_EQ(dialogs.lastShown().title, c.title);
+        EXPECT_EQ(dialogs.lastShown().icon, c.icon);
+        EXPECT_EQ(dialogs.lastShown().text, c.message);
+    }
+    EXPECT_EQ(dialogs.shown().size(), 3U) << "one box a failure";
 }
 
 TEST_F(ConfigurationReaderTest, MissingFileShowsTheCriticalBoxWithoutTitle)

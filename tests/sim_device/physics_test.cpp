@@ -97,26 +97,6 @@ TEST(Physics, CrossingALimitRaisesAlertThenStatusRecordsTheEventAndBroadcasts)
     EXPECT_FALSE(files.get("Cell Status", 1) & 0x04);
 }
 
-TEST(Physics, SummaryLayoutKeepsMaxMinAndAverage)
-{
-    zvsim::Pack pack(seeded(3, 0x1002));
-    Host host(pack);
-    host.open();
-    host.advance(1000);
-    const auto& files = pack.model().files;
-    ASSERT_EQ(host.writeFile(10, 2, 1, { 0xD8, 0x0E }), 0); // Cell Under Voltage Limit 3800 mV
-    host.advance(1500);
-    int slot = 2 + 18 * ((files.word(33, 0) + 9) % 10);
-    EXPECT_EQ(files.bytes(33)[static_cast<std::size_t>(slot + 3)], 2);
-    int maxMv = files.word(33, slot + 6), minMv = files.word(33, slot + 8),
-        average = files.word(33, slot + 10);
-    EXPECT_GE(maxMv, average);
-    EXPECT_GE(average, minMv);
-    int maxCell = files.bytes(33)[static_cast<std::size_t>(slot + 12)];
-    EXPECT_GE(maxCell, 1);
-    EXPECT_LE(maxCell, 12);
-}
-
 TEST(Physics, AlarmPeriodBroadcastsTheStatusWord)
 {
     zvsim::PackOptions o = seeded(1);

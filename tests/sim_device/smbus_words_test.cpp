@@ -19,14 +19,10 @@ zvsim::PackOptions target(std::uint16_t id)
     return options;
 }
 
-TEST(PackPec, KnownAnswerAndTheHostsOwnCrcAgree)
-{
-    EXPECT_EQ(zvsim::smbusPec({ 0x16, 0x00, 0x30, 0x00 }), 0xEA);
-    EXPECT_EQ(pec({ 0x16, 0x00, 0x30, 0x00 }), 0xEA);
-}
-
 TEST(PackPec, WordWriteIsAcceptedOnlyWithTheRightPec)
 {
+    EXPECT_EQ(zvsim::smbusPec({ 0x16, 0x00, 0x30, 0x00 }), 0xEA);
+    EXPECT_EQ(pec({ 0x16, 0x00, 0x30, 0x00 }), 0xEA) << "the host's own CRC agrees";
     zvsim::Pack pack(target(0x1001));
     Host host(pack);
     std::uint8_t good = pec({ 0x16, 0x09, 0x34, 0x12 });
@@ -71,10 +67,6 @@ TEST(ManufacturerAccess, IdentifiesTargetLevelAndState)
         ASSERT_TRUE(host.writeWord(0x00, 0xC01A));
         EXPECT_EQ(host.readWord(0x00), 3);
     }
-}
-
-TEST(ManufacturerAccess, LoaderStatesAnswerTheirWords)
-{
     zvsim::PackOptions options = target(0x1003);
     options.state = zvsim::PackState::AppLoader;
     zvsim::Pack appLoader(options);

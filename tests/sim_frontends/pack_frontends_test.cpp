@@ -1,10 +1,7 @@
-// The front ends in front of the real pack: a host's start-up over the dongle, PEC both ways, and
-// a zentavia-packsim session whose device faults reach the pack.
+// A zentavia-packsim session in front of the real pack: device faults from the list reach it,
+// and a pull ends it.
 
 #include "device/pack.h"
-#include "device/pec.h"
-#include "frontends/hex_bytes.h"
-#include "frontends/inprocess_endpoint.h"
 #include "packsim/packsim_session.h"
 
 #include <sys/socket.h>
@@ -18,61 +15,6 @@
 
 namespace zvsim {
 namespace {
-
-std::string wordWrite(
-    std::uint8_t command, std::uint16_t word, std::optional<std::uint8_t> pec = std::nullopt)
-{
-    const auto low = static_cast<std::uint8_t>(word & 0xFF);
-    const auto high = static_cast<std::uint8_t>(word >> 8);
-    const std::uint8_t bytes[] = { command, low, high, pec.value_or(smbusPec({ 0x16, command, low, high })) };
-    return "/T" + tildeHex(bytes) + "\r";
-}
-
-class DongleOnPackTest : public ::testing::Test {
-protected:
-    std::string send(std::string_view bytes)
-    {
-        replies.clear();
-        endpoint.write(bytes);
-        return replies;
-    }
-    // The word of a read of command, after checking the PEC the pack gave.
-    std::optional<std::uint16_t> readWord(std::uint8_t command)
-    {
-        const std::string reply = send("/*T~" + hexByte(command) + "\r/R3\r");
-        const auto at = reply.find("/MRC");
-        if (at == std::string::npos)
-            return std::nullopt;
-        const auto bytes = parseTildeHex(std::string_view(reply).substr(at + 4, 9));
-        if (!bytes || smbusPec({ 0x16, command, 0x17, (*bytes)[0], (*bytes)[1] }) != (*bytes)[2])
-            return std::nullopt;
-        return static_cast<std::uint16_t>((*bytes)[0] | (*bytes)[1] << 8);
-    }
-
-    std::unique_ptr<Pack> pack = makePack(PackOptions {});
-    std::int64_t clockMs = 0;
-    std::string replies;
-    InProcessEndpoint endpoint { *pack, [this] { return clockMs; },
-        [this](std::string bytes, std::int64_t) { replies += bytes; } };
-};
-
-TEST_F(DongleOnPackTest, HostStartUpFindsTheTarget)
-{
-    EXPECT_EQ(send("\x12\x12\x12/F1\r/K2\r/I10\r/D16\r/G0\r/O\r"), "*****/OCC\r\n*");
-    EXPECT_EQ(send(wordWrite(0x00, 0x6E21)), "/MTC\r\n*");
-    EXPECT_EQ(send(wordWrite(0x00, 0x7A3C)), "/MTC\r\n*");
-    EXPECT_EQ(send(wordWrite(0x00, 0xC01B)), "/MTC\r\n*");
-    EXPECT_EQ(readWord(0x00), 0x1001);
-}
-
-TEST_F(DongleOnPackTest, PecIsCheckedOnWritesAndGivenOnReads)
-{
-    (void)send("/O\r");
-    const std::uint8_t good = smbusPec({ 0x16, 0x09, 0x34, 0x12 });
-    EXPECT_EQ(send(wordWrite(0x09, 0x1234, static_cast<std::uint8_t>(good ^ 0x01))), "/SNA\r\n*");
-    EXPECT_EQ(send(wordWrite(0x09, 0x1234)), "/MTC\r\n*");
-    EXPECT_TRUE(readWord(0x1A).has_value()) << "the scaling word comes with a good PEC";
-}
 
 class SessionTest : public ::testing::Test {
 protected:
