@@ -1,6 +1,7 @@
 #include "access/menu_policy.h"
 
 #include "core/globals.h"
+#include "platform/text.h"
 #include "platform/ui/window.h"
 
 #include <algorithm>
@@ -66,7 +67,8 @@ const std::vector<bool>* levelColumn(const clsMenu& menu, int level)
 
 bool clsMenuCol::IsVisible(std::string_view name, std::string_view device, int level) const
 {
-    const clsMenu* menu = findIf([&](const clsMenu& m) { return equalsIgnoringCase(m.menuName, name); });
+    const clsMenu* menu
+        = findIf([&](const clsMenu& m) { return platform::equalsIgnoreCase(m.menuName, name); });
     const std::vector<bool>* column = menu ? levelColumn(*menu, level) : nullptr;
     if (!column)
         return false;
@@ -106,7 +108,7 @@ bool setControlVisible(platform::ui::Window& window, std::string_view name, bool
 {
     const auto& controls = window.controls();
     const auto found = std::find_if(controls.begin(), controls.end(),
-        [&](const platform::ui::Control* c) { return equalsIgnoringCase(c->name(), name); });
+        [&](const platform::ui::Control* c) { return platform::equalsIgnoreCase(c->name(), name); });
     if (found == controls.end())
         return false;
     (*found)->setVisible(visible);

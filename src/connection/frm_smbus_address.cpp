@@ -6,6 +6,7 @@
 #include "core/val.h"
 #include "params/hex_text.h"
 #include "platform/dialogs.h"
+#include "platform/text.h"
 
 namespace zv {
 
@@ -51,7 +52,7 @@ void frmSMBusAddress::handleLoad()
     runGuarded(s_.errors, kObject, "Load", [this] {
         cmbAddress.clear();
         for (int address = kFirstAddress; address <= kLastAddress; address += 2)
-            cmbAddress.addItem("0x" + byteHex(static_cast<std::uint8_t>(address)));
+            cmbAddress.addItem("0x" + platform::byteHex(static_cast<std::uint8_t>(address)));
         const int stored = static_cast<int>(Val(GetINIValue("Setup", "Address", s_.globals.gINIFile)));
         s_.globals.setAddress(stored == 0 ? kDefaultAddress7 : stored);
         cmbAddress.setListIndex(rowOf(s_.globals.SMBusWriteAddress));
@@ -79,7 +80,7 @@ void frmSMBusAddress::found(int writeAddress)
     const int address7 = writeAddress >> 1;
     SetINIValue("Setup", "Address", std::to_string(address7), s_.globals.gINIFile);
     s_.globals.setAddress(address7);
-    const std::string hex = "0x" + byteHex(s_.globals.SMBusWriteAddress);
+    const std::string hex = "0x" + platform::byteHex(s_.globals.SMBusWriteAddress);
     if (s_.alarmsPanel)
         s_.alarmsPanel("SMBus Address " + hex);
     s_.dialogs.messageBox("Found target device at address " + hex + "!", platform::Buttons::OK,

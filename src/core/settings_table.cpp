@@ -3,6 +3,7 @@
 #include "core/paths.h"
 #include "core/registry.h"
 #include "platform/ini_file.h"
+#include "platform/text.h"
 
 #include <algorithm>
 #include <array>

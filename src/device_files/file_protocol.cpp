@@ -7,6 +7,7 @@
 #include "link/smbus_transactions.h"
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
+#include "platform/text.h"
 #include "usb/usb_link.h"
 
 #include <algorithm>
@@ -32,7 +33,7 @@ std::string toHex(const std::vector<std::uint8_t>& bytes)
     std::string text;
     text.reserve(bytes.size() * 2);
     for (const auto b : bytes)
-        text += ByteToHex(b);
+        text += platform::byteHex(b);
     return text;
 }
 
@@ -368,7 +369,7 @@ FileReply FileProtocol::blockMode(const FileRequest& request, int extra, const B
         s_.events.FirmwareDownloadStatus(0,
             last.status == kFileStatusCrcError
                 ? "CRC error"
-                : "Error: 0x" + ByteToHex(static_cast<std::uint8_t>(last.status)));
+                : "Error: 0x" + platform::byteHex(static_cast<std::uint8_t>(last.status)));
         s_.events.FirmwareDownloadComplete(false);
     }
     resetWait();

@@ -9,6 +9,7 @@
 #include "params/raw_conversion.h"
 #include "params/smbus_parameter.h"
 #include "platform/dialogs.h"
+#include "platform/text.h"
 
 #include <algorithm>
 #include <cctype>
@@ -317,7 +318,7 @@ bool ParameterAccess::ReadStaticParameters(int node)
             continue;
         const int command
             = static_cast<int>(*number) + (node > 0 ? (node - 1) * parameter.OffsetMultiplier : 0);
-        const std::string key = "0x" + byteHex(static_cast<std::uint8_t>(command));
+        const std::string key = "0x" + platform::byteHex(static_cast<std::uint8_t>(command));
         if (!colCommands.Item(key))
             colCommands.Add(parameter.DataType, static_cast<std::uint8_t>(command), key);
         byCommand[command].push_back(&parameter);

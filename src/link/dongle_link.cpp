@@ -5,6 +5,7 @@
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
 #include "platform/serial_port.h"
+#include "platform/text.h"
 
 #include <array>
 #include <utility>
@@ -22,7 +23,7 @@ constexpr std::array<const char*, 3> kResetRates { "19200", "57600", "115200" };
 
 std::string hexByte(int value)
 {
-    return ByteToHex(static_cast<std::uint8_t>(value));
+    return platform::byteHex(static_cast<std::uint8_t>(value));
 }
 
 } // namespace
@@ -287,7 +288,7 @@ void DongleLink::handleSrcLine(const std::string& line)
         log("Alarm broadcast received ");
         return;
     }
-    log("Received an unsolicited message from address " + ByteToHex(message->sender));
+    log("Received an unsolicited message from address " + platform::byteHex(message->sender));
 }
 
 } // namespace zv

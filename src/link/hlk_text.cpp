@@ -1,6 +1,7 @@
 #include "link/hlk_text.h"
 
 #include "link/pec.h"
+#include "platform/text.h"
 
 namespace zv {
 
@@ -33,14 +34,9 @@ constexpr std::size_t kPairStride = 3; // "XX~"
 
 } // namespace
 
-std::string ByteToHex(std::uint8_t value)
-{
-    return { kHexDigits[value >> 4], kHexDigits[value & 0x0F] };
-}
-
 std::string ByteToTildeHex(std::uint8_t value)
 {
-    return "~" + ByteToHex(value);
+    return "~" + platform::byteHex(value);
 }
 
 std::string GetBaudRate(int index)

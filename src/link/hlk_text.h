@@ -13,8 +13,6 @@ namespace zv {
 
 // "~" and two upper-case hex digits ("~0B").
 [[nodiscard]] std::string ByteToTildeHex(std::uint8_t value);
-// Two upper-case hex digits ("0B").
-[[nodiscard]] std::string ByteToHex(std::uint8_t value);
 // Baud rate text of a dongle baud index: 0 "19200", 1 "57600", 2 "115200", otherwise "".
 [[nodiscard]] std::string GetBaudRate(int index);
 

@@ -177,9 +177,4 @@ std::optional<int> hexPieceValue(std::string_view piece)
     return value;
 }
 
-std::string byteHex(std::uint8_t byte)
-{
-    return { kHexDigits[byte >> 4], kHexDigits[byte & 0xF] };
-}
-
 } // namespace zv

@@ -35,7 +35,5 @@ namespace zv {
 [[nodiscard]] std::vector<std::string_view> hexPieces(std::string_view hex);
 // The value of one piece (either case of letters); nothing for a non-hex character.
 [[nodiscard]] std::optional<int> hexPieceValue(std::string_view piece);
-// Upper-case hex of a byte, two digits.
-[[nodiscard]] std::string byteHex(std::uint8_t byte);
 
 } // namespace zv

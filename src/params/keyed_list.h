@@ -4,6 +4,7 @@
 // a list copies its items.
 
 #include "params/runtime_error.h"
+#include "platform/text.h"
 
 #include <algorithm>
 #include <cctype>
@@ -13,13 +14,6 @@
 #include <vector>
 
 namespace zv {
-
-[[nodiscard]] inline bool equalsIgnoringCase(std::string_view a, std::string_view b)
-{
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-        return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
-    });
-}
 
 template <typename T> class KeyedList {
     struct Entry {
@@ -127,8 +121,9 @@ public:
 private:
     typename std::vector<Entry>::const_iterator findKey(std::string_view key) const
     {
-        return std::find_if(entries_.begin(), entries_.end(),
-            [&](const Entry& entry) { return !entry.key.empty() && equalsIgnoringCase(entry.key, key); });
+        return std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) {
+            return !entry.key.empty() && platform::equalsIgnoreCase(entry.key, key);
+        });
     }
 
     std::vector<Entry> entries_;

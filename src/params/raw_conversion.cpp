@@ -2,6 +2,7 @@
 
 #include "params/hex_text.h"
 #include "params/runtime_error.h"
+#include "platform/text.h"
 
 #include <algorithm>
 #include <array>
@@ -52,7 +53,7 @@ std::vector<std::string> blockGroups(const std::vector<std::uint8_t>& bytes, int
         }
         const std::uint8_t byte = bytes[i];
         if (dataType == kHexTextType) {
-            groups.back() += byteHex(byte);
+            groups.back() += platform::byteHex(byte);
         } else if (byte >= 32 && byte <= 126) {
             groups.back() += static_cast<char>(byte);
         }
@@ -93,7 +94,7 @@ std::string textHex(std::string_view value)
 {
     std::string hex;
     for (const char c : value) {
-        hex += byteHex(static_cast<std::uint8_t>(c));
+        hex += platform::byteHex(static_cast<std::uint8_t>(c));
     }
     return hex;
 }

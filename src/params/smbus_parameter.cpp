@@ -1,4 +1,5 @@
 #include "params/smbus_parameter.h"
+#include "platform/text.h"
 
 namespace zv {
 
@@ -16,7 +17,8 @@ clsSMBusParameter& ParameterList::Add(const std::string& index, const std::strin
 
 clsSMBusParameter* ParameterList::FindByName(std::string_view name) const
 {
-    return findIf([&](const clsSMBusParameter& p) { return equalsIgnoringCase(p.ParameterName, name); });
+    return findIf(
+        [&](const clsSMBusParameter& p) { return platform::equalsIgnoreCase(p.ParameterName, name); });
 }
 
 clsNode& NodeList::Add(const std::string& key)

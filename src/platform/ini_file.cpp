@@ -1,5 +1,7 @@
 #include "platform/ini_file.h"
 
+#include "platform/text.h"
+
 #include <algorithm>
 #include <cctype>
 #include <fstream>
@@ -29,13 +31,6 @@ std::string entryText(std::string_view key, std::string_view value)
 }
 
 } // namespace
-
-bool equalsIgnoreCase(std::string_view a, std::string_view b)
-{
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-        return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
-    });
-}
 
 IniFile IniFile::load(const std::string& path)
 {

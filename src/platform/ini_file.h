@@ -50,7 +50,4 @@ private:
     bool crlf_ = false;
 };
 
-// Case-insensitive (ASCII) comparison, as the files' names are compared.
-[[nodiscard]] bool equalsIgnoreCase(std::string_view a, std::string_view b);
-
 } // namespace zv::platform

@@ -1,6 +1,7 @@
 #include "usb/line_usb_adapter.h"
 
 #include "link/hlk_text.h"
+#include "platform/text.h"
 
 #include <charconv>
 
@@ -13,7 +14,7 @@ constexpr std::size_t kMaxBlock = 255;
 std::string withBytes(std::string request, std::span<const std::uint8_t> bytes)
 {
     for (const auto b : bytes)
-        request += " " + ByteToHex(b);
+        request += " " + platform::byteHex(b);
     return request;
 }
 

@@ -4,6 +4,7 @@
 #include "link/hlk_text.h"
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
+#include "platform/text.h"
 
 namespace zv {
 
@@ -52,7 +53,7 @@ std::string usbLogText(std::span<const std::uint8_t> bytes)
 {
     std::string text;
     for (const auto b : bytes)
-        text += ByteToHex(b) + " ";
+        text += platform::byteHex(b) + " ";
     return text;
 }
 

@@ -3,6 +3,7 @@
 // the logging entries, the configured-state label and its marker, and the status panel "Access".
 
 #include "access/menu_policy.h"
+#include "platform/text.h"
 #include "platform/ui/simple_controls.h"
 #include "platform/ui/status_bar.h"
 #include "platform/ui/window.h"
@@ -34,8 +35,8 @@ public:
     [[nodiscard]] bool shown(const std::string& name) const
     {
         const auto& all = controls();
-        const auto found = std::find_if(
-            all.begin(), all.end(), [&](const auto* c) { return equalsIgnoringCase(c->name(), name); });
+        const auto found = std::find_if(all.begin(), all.end(),
+            [&](const auto* c) { return platform::equalsIgnoreCase(c->name(), name); });
         return found != all.end() && (*found)->visible();
     }
     // How many entries of the policy are visible.

@@ -22,7 +22,6 @@ TEST(Pec, KnownAnswers)
 TEST(HlkText, BytesAndBaudRates)
 {
     EXPECT_EQ(ByteToTildeHex(0x0B), "~0B");
-    EXPECT_EQ(ByteToHex(0xFE), "FE");
     EXPECT_EQ(GetBaudRate(0), "19200");
     EXPECT_EQ(GetBaudRate(2), "115200");
     EXPECT_EQ(GetBaudRate(3), "");
