@@ -229,14 +229,12 @@ void Application::attachMonitor()
     services.bringToFront = [this] { mainForm_->show(); };
     services.bindWindow = [this](platform::ui::Window& window) { bindWindow(window); };
     monitor_ = std::make_unique<MonitorWiring>(std::move(services));
-    Monitor& monitor = monitor_->monitor();
-    monitor.edits.hooks.reload = [this] { reconnect(); };
-    monitor.edits.hooks.closeSplash = [this] { splash_.unload(); };
+    monitor_->monitor().edits.hooks.reload = [this] { reconnect(); };
     // One connect path: the splash and the target detection of the start-up.
     mainForm_->mnuConnect.onClick = [this] { reconnect(); };
-    if (access_) {
-        access_->mainWindow().IsTheDeviceWired = [this] { return monitor_->commands().IsTheDeviceWired(); };
-    }
+    if (access_)
+        access_->mainWindow().IsTheDeviceWired
+            = [this] { return monitor_ && monitor_->commands().IsTheDeviceWired(); };
 }
 
 void Application::createMainForm()

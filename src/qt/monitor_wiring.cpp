@@ -103,6 +103,7 @@ void MonitorWiring::wireMonitor()
     edits.hooks.isTheDeviceWired = [this] { return commands_.IsTheDeviceWired(); };
     edits.hooks.commit = [this] { commitChanges(); };
     edits.hooks.setMousePointer = s_.setMousePointer;
+    edits.hooks.closeSplash = s_.closeSplash;
     monitor_.poll.actions[static_cast<std::size_t>(PendingCommand::Commit)] = [this] { commitChanges(); };
 }
 
