@@ -53,7 +53,7 @@ void ParameterEdits::editRow(ListView& list, const std::string& key, bool proper
     clsSMBusParameter* parameter = tabs_.parameterOfRow(list, key, node(property));
     if (!parameter)
         return;
-    const EditOutcome outcome = hooks.editParameter(*parameter, node(property));
+    const EditResult outcome = hooks.editParameter(*parameter, node(property));
     const bool pending = hasNewValue(*parameter);
     if (pending && outcome.autoWrite) {
         mnuWritePendingChanges();

@@ -21,13 +21,13 @@ class clsSMBusParameter;
 
 // What the edit dialog left: a NewValue stands or not (in the parameter), and its "Auto write
 // value on Ok" box.
-struct EditOutcome {
+struct EditResult {
     bool autoWrite = false;
 };
 
 struct EditHooks {
     // Shows the edit dialog for a parameter of the gateway (node 0) or of a cell, modal.
-    std::function<EditOutcome(clsSMBusParameter& parameter, int node)> editParameter;
+    std::function<EditResult(clsSMBusParameter& parameter, int node)> editParameter;
     // IsTheDeviceWired: false stops a write.
     std::function<bool()> isTheDeviceWired;
     // The mnuCommit command (CommitChanges).

@@ -141,8 +141,10 @@ DetectionHooks Application::detectionHooks()
             mainForm_->hide();
     };
     hooks.loadMainForm = [this] {
-        if (mainForm_ && main_)
-            mainForm_->LoadMainForm(*main_);
+        if (!mainForm_ || !main_)
+            return;
+        attachMonitor();
+        mainForm_->LoadMainForm(*main_);
     };
     hooks.openLogin = [this] { access_->OpenLogin(); };
     hooks.usbProbeAddress = [this](int address8) {
@@ -184,6 +186,9 @@ clsMain& Application::createMain()
     access_ = std::make_unique<UserAccess>(
         AccessServices { *main_, globals_, dialogs_, commandLock(main_->CellWeft()) }, mainWindowAccess());
     access_->onWindowCreated = [this](platform::ui::Window& window) { bindWindow(window); };
+    // A restart while the main window is up: its handlers move to the new monitor at once.
+    if (mainForm_)
+        attachMonitor();
     return *main_;
 }
 
@@ -210,13 +215,27 @@ void Application::showMainForm()
 
 void Application::attachMonitor()
 {
-    if (monitor_ && &monitor_->context.main == main_.get())
+    if (monitor_ && &monitor_->monitor().context.main == main_.get())
         return;
     monitor_.reset();
-    monitor_ = std::make_unique<Monitor>(MonitorContext { *mainForm_, *main_, globals_, settings_, dialogs_,
-        loop_, programFolder_, [this] { return activeForm_.get() == mainForm_.get(); }, &errors_ });
-    monitor_->edits.hooks.reload = [this] { reconnect(); };
-    monitor_->edits.hooks.closeSplash = [this] { splash_.unload(); };
+    MonitorContext context { *mainForm_, *main_, globals_, settings_, dialogs_, loop_, programFolder_,
+        [this] { return activeForm_.get() == mainForm_.get(); }, &errors_ };
+    MonitorWiringServices services { std::move(context), binder_, screenSize };
+    services.setMousePointer = [this](int pointer) { setMousePointer(pointer); };
+    services.showSplash = [this](const std::string& text) {
+        splash_.show();
+        splash_.setStatus(text);
+    };
+    services.closeSplash = [this] { splash_.unload(); };
+    services.bringToFront = [this] { mainForm_->show(); };
+    services.bindWindow = [this](platform::ui::Window& window) { bindWindow(window); };
+    monitor_ = std::make_unique<MonitorWiring>(std::move(services));
+    monitor_->monitor().edits.hooks.reload = [this] { reconnect(); };
+    // One connect path: the splash and the target detection of the start-up.
+    mainForm_->mnuConnect.onClick = [this] { reconnect(); };
+    if (access_)
+        access_->mainWindow().IsTheDeviceWired
+            = [this] { return monitor_ && monitor_->commands().IsTheDeviceWired(); };
 }
 
 void Application::createMainForm()
@@ -284,8 +303,10 @@ void Application::setMousePointer(int pointer)
 bool Application::closeMainWindow()
 {
     ExitServices exit { globals_, loop_, dialogs_, main_ ? &main_->CellWeft() : nullptr };
-    if (monitor_)
-        exit.stopPolling = [this] { monitor_->poll.stopForClose(); };
+    if (monitor_) {
+        exit.stopPolling = [this] { monitor_->monitor().poll.stopForClose(); };
+        exit.commitChanges = [this] { monitor_->commitChanges(); };
+    }
     if (access_)
         exit.closeCommandLock = [this] { access_->LockDevice(); };
     return CloseMainWindow(exit);

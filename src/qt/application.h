@@ -11,12 +11,12 @@
 #include "core/globals.h"
 #include "driver/cls_main.h"
 #include "monitor/frm_main.h"
-#include "monitor/monitor.h"
 #include "platform/ini_settings_store.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_serial_port.h"
 #include "qt/binder.h"
+#include "qt/monitor_wiring.h"
 #include "qt/qt_dialogs.h"
 #include "qt/single_instance.h"
 #include "startup/frm_splash.h"
@@ -48,7 +48,7 @@ private:
     clsMain& createMain();
     void showMainForm();
     void createMainForm();
-    // The live monitor of the main window, made anew for each gMain.
+    // The live monitor of the main window with its editor and commands, made anew for each gMain.
     void attachMonitor();
     void wireMainMenus();
     void setMousePointer(int pointer);
@@ -80,7 +80,7 @@ private:
     std::unique_ptr<UserAccess> access_;
     clsMenuCol menuPolicy_;
     std::unique_ptr<frmMain> mainForm_;
-    std::unique_ptr<Monitor> monitor_; // the live monitor of mainForm_ over main_
+    std::unique_ptr<MonitorWiring> monitor_; // the live monitor of mainForm_ over main_
     frmSplash splash_;
     Startup startup_;
 };

@@ -1,6 +1,7 @@
 #include "qt/log_forms.h"
 
 #include "qt/access_forms.h"
+#include "qt/commands_forms.h"
 #include "qt/outputs_forms.h"
 
 #include <QFontDatabase>
@@ -46,6 +47,8 @@ std::unique_ptr<QWidget> makeFormFor(const std::string& windowName)
     if (windowName == "frmModemLog")
         return makeModemLogForm();
     if (auto form = makeOutputsFormFor(windowName))
+        return form;
+    if (auto form = makeCommandsFormFor(windowName))
         return form;
     return makeAccessFormFor(windowName);
 }

@@ -21,7 +21,7 @@ protected:
         edits.hooks.editParameter = [this](clsSMBusParameter& p, int node) {
             edited.push_back(p.ParameterName + "@" + std::to_string(node));
             p.NewValue = typed;
-            return EditOutcome { autoWrite };
+            return EditResult { autoWrite };
         };
         rig.monitor->poll.actions[static_cast<std::size_t>(PendingCommand::Commit)] = [this] { ++commits; };
     }
