@@ -1,10 +1,10 @@
 #include "qt/monitor_wiring.h"
 
 #include "commands/wire_commands.h"
-#include "connection/show_modal.h"
 #include "core/globals.h"
 #include "driver/cls_main.h"
 #include "monitor/frm_main.h"
+#include "platform/ui/show_modal.h"
 #include "qt/editor_form.h"
 
 namespace zv::qt {
@@ -16,7 +16,7 @@ MonitorWiring::MonitorWiring(MonitorWiringServices services)
     , commands_(CommandServices { s_.context.main, s_.context.globals, s_.context.form, s_.context.dialogs,
                     s_.context.loop, s_.context.errors },
           commandHooks())
-    , outputs_(outputServices(), eventLoopModal(s_.context.loop))
+    , outputs_(outputServices(), platform::ui::eventLoopModal(s_.context.loop))
 {
     wireMonitor();
     wireDeviceCommands(s_.context.form, commands_);
@@ -65,7 +65,7 @@ CommandHooks MonitorWiring::commandHooks()
     hooks.showSplash = s_.showSplash;
     hooks.closeSplash = s_.closeSplash;
     hooks.bringToFront = s_.bringToFront;
-    hooks.showModal = eventLoopModal(s_.context.loop);
+    hooks.showModal = platform::ui::eventLoopModal(s_.context.loop);
     hooks.onWindowCreated = s_.bindWindow;
     return hooks;
 }
