@@ -251,13 +251,13 @@ bool UsbLink::usbGetScaling()
         scaling_ = Scaling {};
         return true;
     }
-    int specification = 0;
+    int specificationInfo = 0;
     int mode = 0;
-    const bool ok = usbReadIntWord(targetAddress(), smbus::kSpecificationInfo, specification) == kUsbOk
+    const bool ok = usbReadIntWord(targetAddress(), smbus::kSpecificationInfo, specificationInfo) == kUsbOk
         && usbReadIntWord(targetAddress(), smbus::kBatteryMode, mode) == kUsbOk;
     targetOperationDone();
     if (ok)
-        scaling_ = scalingFrom(specification, mode);
+        scaling_ = scalingFrom(specificationInfo, mode);
     return ok;
 }
 
