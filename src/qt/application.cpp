@@ -233,9 +233,18 @@ void Application::attachMonitor()
     monitor_->monitor().edits.hooks.reload = [this] { reconnect(); };
     // One connect path: the splash and the target detection of the start-up.
     mainForm_->mnuConnect.onClick = [this] { reconnect(); };
-    if (access_)
-        access_->mainWindow().IsTheDeviceWired
-            = [this] { return monitor_ && monitor_->commands().IsTheDeviceWired(); };
+    if (access_) {
+        MainWindowAccess& window = access_->mainWindow();
+        window.IsTheDeviceWired = [this] { return monitor_ && monitor_->commands().IsTheDeviceWired(); };
+        window.LoadTabs = [this] {
+            if (monitor_)
+                monitor_->monitor().tabs.LoadTabs();
+        };
+        window.rebuildSelectedCellRows = [this] {
+            if (monitor_ && globals_.CurrentNode > 0)
+                monitor_->monitor().tabs.NodeGrid_Load(globals_.CurrentNode);
+        };
+    }
 }
 
 void Application::createMainForm()
