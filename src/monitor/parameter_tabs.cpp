@@ -96,6 +96,7 @@ void ParameterTabs::setUpLists()
         list.setColumns({ { "Cell 1" }, { "Value" } });
     for (auto& list : f.lvParameters)
         list.setColumns({ { "Parameter Name" }, { capturedTitle(c_.loop.now()) } });
+    f.fraStatus.setCaption(kBitEncodedCaption);
 }
 
 void ParameterTabs::loadTabCaptions()

@@ -42,6 +42,7 @@ TEST_P(ListsForTarget, LoadFillsCellsTabsAndParameterLists)
     EXPECT_EQ(f.lvNodes.rows().back().text, "n/a");
     EXPECT_EQ(f.lvGateway.columns().at(2).header, "Max Temp");
     EXPECT_EQ(f.lvGateway.rows().at(0).key, "gateway");
+    EXPECT_EQ(f.fraStatus.caption(), "Bit Encoded Data");
 
     EXPECT_EQ(f.SSTab1.tabs().at(1).caption, "Cell Config");
     EXPECT_EQ(f.SSTab.tabs().at(0).caption, "Dynamic");
