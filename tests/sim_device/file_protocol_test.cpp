@@ -1,5 +1,6 @@
 // The file protocol from the device's side: the status sequence of a request, busy periods, the
-// directory, refusals by level and by size, the extra byte, and the device's fault switches.
+// directory, refusals by level and by size, the extra byte, and the restart fault (the driver's
+// tests exercise the busy, forced-status and no-acknowledge switches).
 
 #include "sim_device/host.h"
 
@@ -108,29 +109,6 @@ TEST(FileProtocol, WriteThenReadBackAndAStatusThatStaysForTheNextRequest)
     EXPECT_EQ(p.pack.model().files.get("Charging Current"), 10000u);
     EXPECT_EQ(p.host.writeFile(13, 0, 2, { 1, 2 }), 5) << "fewer bytes than the request named";
     EXPECT_EQ(p.host.status()[0], 5) << "the status stays until the next request";
-}
-
-TEST(DeviceFaults, BusyPollsForcedStatusAndNoAcknowledge)
-{
-    OpenPack p;
-    p.pack.faults().busyPolls = 3;
-    ASSERT_TRUE(p.host.request(0, 1, 0, 20));
-    p.host.advance(10);
-    EXPECT_EQ(p.host.status()[0], 255);
-    EXPECT_EQ(p.host.status()[0], 255);
-    EXPECT_EQ(p.host.status()[0], 255);
-    EXPECT_EQ(p.host.status()[0], 0);
-
-    p.pack.faults().busyPolls = 0;
-    p.pack.faults().forcedStatus = 16;
-    EXPECT_EQ(p.host.readFile(1, 0, 20).status, 16);
-    EXPECT_EQ(p.host.readFile(1, 0, 20).status, 0) << "forced once";
-
-    p.pack.faults().noAckRate = 1.0;
-    EXPECT_FALSE(p.host.readWord(0x09));
-    EXPECT_FALSE(p.host.writeWord(0x00, 0x7A3C));
-    p.pack.faults().noAckRate = 0.0;
-    EXPECT_TRUE(p.host.readWord(0x09));
 }
 
 TEST(DeviceFaults, RestartDuringATransferSilencesThePackForAWhile)

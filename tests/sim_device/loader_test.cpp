@@ -86,15 +86,6 @@ TEST_F(Loader, GoodImageEndsInEightAndRestartsIntoTheApplicationWithTheNewVersio
     EXPECT_EQ(host.word(5, 12), 720) << "FW Build";
 }
 
-TEST_F(Loader, BadImageEndsInSevenAndTheLoaderStays)
-{
-    auto image = padded(zvsim::makeFirmwareSection(6001, 720, std::vector<std::uint8_t>(300, 1)));
-    image[40] ^= 0x10;
-    EXPECT_EQ(download(host, 2, image), 7);
-    host.advance(20'000);
-    EXPECT_EQ(host.readWord(0x00), 0x6699);
-}
-
 TEST(ApplicationDownload, AcceptedAtItsLevel)
 {
     zvsim::PackOptions o;
