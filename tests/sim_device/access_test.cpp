@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-using simtest::Host;
-
 namespace {
 
 std::vector<std::uint8_t> password(const std::string& text)
@@ -16,24 +14,14 @@ std::vector<std::uint8_t> password(const std::string& text)
     return bytes;
 }
 
-class Seal : public ::testing::Test {
+class Seal : public ::testing::Test, public simtest::OpenPack {
 protected:
     explicit Seal(const std::string& secret = "")
-        : pack([&] {
-            zvsim::PackOptions o;
-            o.sealed = true;
-            o.password = secret;
-            return o;
-        }())
-        , host(pack)
+        : OpenPack({ .sealed = true, .password = secret })
     {
-        host.open();
     }
     int level() { return host.word(5, 0); }
     int login(const std::string& text) { return host.writeFile(3, 0, 1, password(text)); }
-
-    zvsim::Pack pack;
-    Host host;
 };
 
 class SealWithSecret : public Seal {

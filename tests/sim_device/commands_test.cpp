@@ -30,11 +30,8 @@ void setWord(Host& host, int file, int element, std::uint16_t value)
 }
 
 // Target 1001 with the extended command set open.
-class CommandFile : public ::testing::Test {
+class CommandFile : public ::testing::Test, public simtest::OpenPack {
 protected:
-    CommandFile() { host.open(); }
-    zvsim::Pack pack { options() };
-    Host host { pack };
     const zvsim::FileStore& files() const { return pack.model().files; }
 };
 

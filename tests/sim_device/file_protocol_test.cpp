@@ -6,25 +6,9 @@
 
 #include <gtest/gtest.h>
 
-using simtest::Host;
+using simtest::OpenPack;
 
 namespace {
-
-struct OpenPack {
-    explicit OpenPack(int level = 3, std::uint16_t id = 0x1001)
-        : pack([&] {
-            zvsim::PackOptions options;
-            options.targetId = id;
-            options.level = level;
-            return options;
-        }())
-        , host(pack)
-    {
-        host.open();
-    }
-    zvsim::Pack pack;
-    Host host;
-};
 
 TEST(FileProtocol, RequestIsBusyThenGoodThenDataFollow)
 {
@@ -79,14 +63,14 @@ TEST(FileProtocol, RefusalsTellWhatIsWrong)
 
 TEST(FileProtocol, LevelsRefuseWithTheLevelNeeded)
 {
-    OpenPack p(0);
+    OpenPack p({ .level = 0 });
     EXPECT_EQ(p.host.readFile(5, 0, 22).status, 0) << "state is readable sealed";
     EXPECT_EQ(p.host.readFile(6, 0, 4).status, 1);
     EXPECT_EQ(p.host.readFile(24, 0, 32).status, 2);
     EXPECT_EQ(p.host.readFile(2, 0, 1).status, 3);
     EXPECT_EQ(p.host.writeFile(9, 0, 1, { 0x47, 0 }), -1);
     EXPECT_EQ(p.host.lastRequestStatus, 2);
-    OpenPack open(2);
+    OpenPack open({ .level = 2 });
     EXPECT_EQ(open.host.readFile(24, 0, 32).status, 0);
     EXPECT_EQ(open.host.readFile(34, 0, 1).status, 3);
 }

@@ -43,22 +43,12 @@ int download(Host& host, int file, const std::vector<std::uint8_t>& image)
     return status;
 }
 
-class Loader : public ::testing::Test {
+class Loader : public ::testing::Test, public simtest::OpenPack {
 protected:
     Loader()
-        : pack([] {
-            zvsim::PackOptions o;
-            o.targetId = 0x1003;
-            o.state = zvsim::PackState::AppLoader;
-            o.sealed = true;
-            return o;
-        }())
-        , host(pack)
+        : OpenPack({ .targetId = 0x1003, .sealed = true, .state = zvsim::PackState::AppLoader })
     {
-        host.open();
     }
-    zvsim::Pack pack;
-    Host host;
 };
 
 TEST_F(Loader, ServesDirectoryAndStateButNoConfiguration)
