@@ -40,12 +40,7 @@ public:
     // Link up and the target's configuration read, as the target detection leaves it.
     void connect(const std::string& targetName) { ASSERT_TRUE(sim.connect(targetName)); }
     // The link and the command set only: what the target detection of "1003" does before the seal.
-    void openLink()
-    {
-        ASSERT_EQ(sim.driver().SMBus_Init(), 0);
-        ASSERT_EQ(sim.driver().Bus.UnlockDevice(), 0);
-        ASSERT_TRUE(sim.driver().Bus.EnableUlmarCommandSet());
-    }
+    void openLink() { ASSERT_TRUE(sim.openLink()); }
 
     int& level() { return sim.main().UserAccessLevel(); }
     [[nodiscard]] int packLevel() const { return sim.pack->model().access.level(); }

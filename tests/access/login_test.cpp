@@ -215,13 +215,3 @@ TEST(Login, LoginOnDemandWaitsForTheWindowThenRebuildsTheCellRows)
     expectBox(rig.sim.dialogs.lastShown(), "Invalid Password!");
     EXPECT_EQ(rig.packLevel(), 1) << "the level 1 password was taken, but only 2 and 3 pass";
 }
-
-TEST(Login, ModalRunReturnsWhenTheWindowIsHidden)
-{
-    platform::VirtualEventLoop loop;
-    test::MainWindowDouble window;
-    loop.post(1500, [&] { window.hide(); });
-    platform::ui::eventLoopModal(loop)(window);
-    EXPECT_FALSE(window.visible());
-    EXPECT_EQ(loop.milliseconds(), 1500);
-}

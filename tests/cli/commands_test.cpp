@@ -1,7 +1,5 @@
 // get, read-file, sbread, capture-demo and demo mode, and the command line's own errors.
 
-#include "access/crypt_text.h"
-#include "access/pack_key.h"
 #include "cli/sbd_notation.h"
 #include "cli_fixture.h"
 #include "platform/ini_file.h"
@@ -105,11 +103,9 @@ TEST_F(DemoCapture, HoldsTheTargetTheDirectoryAndTheReadableFiles)
     ASSERT_EQ(result.status, 0) << result.err;
     EXPECT_THAT(result.out, HasSubstr("Captured target 1001: 41 directory records and"));
 
+    // Which files and how the id is kept: the capture's own tests; here that it lands in the home.
     const auto capture = platform::IniFile::load((home / "demo.ini").string());
-    EXPECT_EQ(modCryptText::DecryptText(capture.value("Target", "ID"), kPackKey), "1001");
     EXPECT_TRUE(capture.contains("Data", "Dir40")) << "raw records, the Error entry included";
-    EXPECT_TRUE(capture.contains("Data", "File33")) << "a file without parameters";
-    EXPECT_FALSE(capture.contains("Data", "File34")) << "the data image is left out";
     EXPECT_EQ(capture.value("Data", "File9").substr(12, 4), "0800");
 }
 

@@ -67,26 +67,23 @@ TEST(CliDetect, ReportsAnUnknownTargetWithItsIdButStillListsItsDirectory)
     EXPECT_EQ(rig.run({ "dir" }).status, 0);
 }
 
-TEST(CliDetect, StopsAtASealedTarget)
+TEST(CliDetect, StopsAtASealedTargetOrALoader)
 {
     // Target 1003 is asked for its level before its configuration is read; the others are
     // judged by the level in their files.
-    for (const auto& options :
-        { zvsim::PackOptions { .targetId = 0x1003, .sealed = true }, zvsim::PackOptions { .level = 1 } }) {
+    const std::pair<zvsim::PackOptions, const char*> cases[] {
+        { { .targetId = 0x1003, .sealed = true }, "The target device is sealed!\nResult code 0x8004" },
+        { { .level = 1 }, "The target device is sealed!\nResult code 0x8004" },
+        { { .state = zvsim::PackState::SystemLoader },
+            "The hardware needs to be (re)programmed.\nResult code 0xFA99" },
+    };
+    for (const auto& [options, message] : cases) {
         CliRig rig(options);
         const auto result = rig.run({ "detect" });
-        EXPECT_EQ(result.status, 1);
-        EXPECT_THAT(result.err, HasSubstr("The target device is sealed!\nResult code 0x8004"));
+        EXPECT_EQ(result.status, 1) << message;
+        EXPECT_THAT(result.err, HasSubstr(message));
         EXPECT_EQ(result.out, "");
     }
-}
-
-TEST(CliDetect, TellsThatALoaderNeedsProgramming)
-{
-    CliRig rig({ .state = zvsim::PackState::SystemLoader });
-    const auto result = rig.run({ "detect" });
-    EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.err, HasSubstr("The hardware needs to be (re)programmed.\nResult code 0xFA99"));
 }
 
 TEST_F(CliTest, ATargetAtAnotherAddressDoesNotAnswer)

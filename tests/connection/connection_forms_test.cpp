@@ -7,28 +7,15 @@
 #include "qt/binder.h"
 #include "qt/connection_forms.h"
 
-#include <QApplication>
+#include "ui/widgets_app.h"
 
 #include <gtest/gtest.h>
 
 using namespace zv;
 
-namespace {
-
-void ensureApplication()
-{
-    static int argc = 1;
-    static char name[] = "test_connection";
-    static char* argv[] = { name, nullptr };
-    if (!QApplication::instance())
-        new QApplication(argc, argv);
-}
-
-} // namespace
-
 TEST(ConnectionForms, EveryControlHasItsWidget)
 {
-    ensureApplication();
+    test::ensureWidgets();
     test::ConnectionFixture f;
     frmCommPortError error(f.services(), nullptr);
     frmCommPort port(f.services(), nullptr, nullptr);

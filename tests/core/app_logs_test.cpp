@@ -140,7 +140,6 @@ TEST_F(AppLogsTest, HiddenModemLogKeepsNothingAndCostsNothing)
 {
     logs.log_ModemEvent("never created", false);
     EXPECT_FALSE(logs.hasModemLog());
-
     auto& modem = logs.modemLog();
     int changes = 0;
     modem.rtfEvent.setChangeListener([&](const ui::ChangeEvent&) { ++changes; });

@@ -108,9 +108,6 @@ TEST(Globals, AddressAndSeparators)
     EXPECT_EQ(g.gListSep, ";");
     g.setDecimalSeparator('.');
     EXPECT_EQ(g.gListSep, ",");
-    EXPECT_FALSE(g.usbTransport());
-    g.gTransport = kTransportUsbAdapter;
-    EXPECT_TRUE(g.usbTransport());
 }
 
 TEST(IniSettingsStore, KeepsValuesUnderKeyPathsAcrossRuns)

@@ -1,6 +1,6 @@
 // Firmware download in block mode against the simulated pack in its loader.
 
-#include "device/firmware_image.h"
+#include "support/firmware_request.h"
 #include "support/sim_harness.h"
 
 #include <gtest/gtest.h>
@@ -28,30 +28,10 @@ protected:
         hooks.firmwareDownloadComplete = [this](bool success) { completions.push_back(success); };
     }
 
-    FileReply download(std::vector<std::uint8_t> image)
+    FileReply download(std::optional<std::size_t> damage = std::nullopt)
     {
-        auto& d = sim.driver();
-        EXPECT_EQ(d.SMBus_Init(), 0);
-        EXPECT_EQ(d.Bus.UnlockDevice(), 0);
-        EXPECT_TRUE(d.Bus.EnableUlmarCommandSet());
-        const int blockSize = d.Files.settings().MAX_BLOCK_TRANSFER;
-        const int blocks = static_cast<int>((image.size() + blockSize - 1) / blockSize);
-        image.resize(static_cast<std::size_t>(blocks * blockSize), 0);
-        FileRequest request;
-        request.access = 1;
-        request.file = 2;
-        request.count = blocks;
-        request.blockSize = blockSize;
-        request.data = std::move(image);
-        return d.FileAccessRequest(request);
-    }
-
-    static std::vector<std::uint8_t> goodImage()
-    {
-        std::vector<std::uint8_t> payload(700);
-        for (std::size_t i = 0; i < payload.size(); ++i)
-            payload[i] = static_cast<std::uint8_t>(i * 7);
-        return zvsim::makeFirmwareSection(5001, 13, payload);
+        EXPECT_TRUE(sim.openLink());
+        return sim.driver().FileAccessRequest(test::firmwareRequest(sim.driver(), damage));
     }
 
     test::SimHarness sim;
@@ -64,7 +44,7 @@ protected:
 TEST_F(BlockModeTest, AGoodImageEndsInStatus8ThenTheResetWait)
 {
     const auto start = sim.loop.milliseconds();
-    const auto reply = download(goodImage());
+    const auto reply = download();
     EXPECT_TRUE(reply.ok);
     EXPECT_EQ(reply.status, 8);
     EXPECT_EQ(completions, std::vector<bool> { true });
@@ -78,9 +58,7 @@ TEST_F(BlockModeTest, AGoodImageEndsInStatus8ThenTheResetWait)
 
 TEST_F(BlockModeTest, ABadImageEndsInTheCrcError)
 {
-    auto image = goodImage();
-    image[40] ^= 0x5A;
-    const auto reply = download(image);
+    const auto reply = download(40);
     EXPECT_TRUE(reply.ok) << "every block went out";
     EXPECT_EQ(reply.status, 7);
     EXPECT_EQ(completions, std::vector<bool> { false });

@@ -22,18 +22,7 @@ protected:
     test::SimHarness sim;
 };
 
-TEST_F(DriverTest, IdentifiesTheTargetOverTheDongle)
-{
-    auto& d = sim.driver();
-    ASSERT_EQ(d.SMBus_Init(), 0);
-    EXPECT_EQ(d.Bus.GetHardwareState(), 0);
-    EXPECT_EQ(d.Bus.UnlockDevice(), 0);
-    EXPECT_TRUE(d.Bus.EnableUlmarCommandSet());
-    EXPECT_EQ(d.Bus.GetTargetID(), 0x1001);
-    EXPECT_EQ(d.Bus.GetAccessLevel(), 3);
-    EXPECT_TRUE(d.GetScaling());
-}
-
+// Identifying the target (state, id, level, scaling) is the detection tests' part.
 TEST_F(DriverTest, ReadsTheDirectoryWithoutTheErrorEntry)
 {
     connect();

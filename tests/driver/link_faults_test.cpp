@@ -29,10 +29,7 @@ TEST_P(LinkFaultsTest, ReadsGoOnThroughTheFaults)
 {
     test::SimHarness sim({}, withFaults({}));
     auto& d = sim.driver();
-    ASSERT_EQ(d.SMBus_Init(), 0);
-    ASSERT_EQ(d.Bus.UnlockDevice(), 0);
-    ASSERT_TRUE(d.Bus.EnableUlmarCommandSet());
-    ASSERT_TRUE(d.GetDir());
+    ASSERT_TRUE(sim.openLink() && d.GetDir());
     std::string text;
     sim.port.clearWritten();
     for (int i = 0; i < 20; ++i)
@@ -41,13 +38,7 @@ TEST_P(LinkFaultsTest, ReadsGoOnThroughTheFaults)
 
     // Faults from now on; the link must come through them. File reads carry no PEC check, word
     // reads (the scaling) do.
-    sim.endpoint = std::make_unique<zvsim::InProcessEndpoint>(
-        *sim.pack, [&] { return sim.loop.milliseconds(); },
-        [&](std::string bytes, std::int64_t due) {
-            sim.loop.post(static_cast<int>(std::max<std::int64_t>(0, due - sim.loop.milliseconds())),
-                [&sim, bytes = std::move(bytes)] { sim.port.deliver(bytes); });
-        },
-        withFaults(GetParam().faults));
+    sim.replaceEndpoint(withFaults(GetParam().faults));
     sim.endpoint->setLineBaud(115200);
     ASSERT_EQ(d.SMBus_Init(), 0) << "the new dongle is configured like the old one";
 
@@ -73,10 +64,7 @@ TEST(LinkPull, APulledPackFailsTheReadsCleanly)
     faults.pullAfterMs = 5000;
     test::SimHarness sim({}, withFaults(faults));
     auto& d = sim.driver();
-    ASSERT_EQ(d.SMBus_Init(), 0);
-    ASSERT_EQ(d.Bus.UnlockDevice(), 0);
-    ASSERT_TRUE(d.Bus.EnableUlmarCommandSet());
-    ASSERT_TRUE(d.GetDir());
+    ASSERT_TRUE(sim.openLink() && d.GetDir());
     sim.loop.advance(6000);
     EXPECT_FALSE(sim.port.portOpen()) << "the pulled dongle closes the port";
     std::string text;

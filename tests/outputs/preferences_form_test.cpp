@@ -9,7 +9,8 @@
 #include "qt/binder.h"
 #include "qt/log_forms.h"
 
-#include <QApplication>
+#include "ui/widgets_app.h"
+
 #include <QCheckBox>
 #include <QLabel>
 #include <QRadioButton>
@@ -17,22 +18,10 @@
 #include <gtest/gtest.h>
 
 namespace zv::qt {
-namespace {
-
-void ensureWidgets()
-{
-    static int argc = 1;
-    static char name[] = "test_outputs";
-    static char* argv[] = { name, nullptr };
-    if (!QApplication::instance())
-        new QApplication(argc, argv);
-}
-
-} // namespace
 
 TEST(PreferencesForm, EveryControlFindsItsWidgetAndClicksReachThem)
 {
-    ensureWidgets();
+    test::ensureWidgets();
     AppGlobals globals;
     platform::MemorySettingsStore store;
     platform::ScriptedDialogs dialogs;

@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <tuple>
 
 namespace zv {
 namespace {
@@ -216,29 +217,18 @@ TEST_F(ConfigurationReaderTest, WriteThenReadGivesTheSameModel)
     ASSERT_EQ(reader.writeConfig(kBothConfigFiles), kConfigRead);
     ASSERT_EQ(reader.ReadConfigurationFiles(), kConfigRead);
 
-    const auto same = [](const ParameterList& before, const ParameterList& after) {
+    const auto fields = [](const clsSMBusParameter& p) {
+        std::vector<std::string> labels;
+        for (const auto& label : p.BitString)
+            labels.push_back(label.data);
+        return std::tuple(p.ParameterName, p.ParameterNumber, p.ReadPrivilegeLevel, p.WritePrivilegeLevel,
+            p.OffsetMultiplier, p.DataType, p.VScale, p.IPscale, p.SubBlockDataType, p.SubBlockDataScaling,
+            p.LowerWriteLimit, p.UpperWriteLimit, p.EngineeringUnitsString, labels);
+    };
+    const auto same = [&](const ParameterList& before, const ParameterList& after) {
         ASSERT_EQ(before.Count(), after.Count());
-        for (int i = 1; i <= before.Count(); ++i) {
-            const auto& a = *before.Item(i);
-            const auto& b = *after.Item(i);
-            EXPECT_EQ(a.ParameterName, b.ParameterName);
-            EXPECT_EQ(a.ParameterNumber, b.ParameterNumber);
-            EXPECT_EQ(a.ReadPrivilegeLevel, b.ReadPrivilegeLevel);
-            EXPECT_EQ(a.WritePrivilegeLevel, b.WritePrivilegeLevel);
-            EXPECT_EQ(a.OffsetMultiplier, b.OffsetMultiplier);
-            EXPECT_EQ(a.DataType, b.DataType);
-            EXPECT_EQ(a.VScale, b.VScale);
-            EXPECT_EQ(a.IPscale, b.IPscale);
-            EXPECT_EQ(a.SubBlockDataType, b.SubBlockDataType);
-            EXPECT_EQ(a.SubBlockDataScaling, b.SubBlockDataScaling);
-            EXPECT_EQ(a.LowerWriteLimit, b.LowerWriteLimit);
-            EXPECT_EQ(a.UpperWriteLimit, b.UpperWriteLimit);
-            EXPECT_EQ(a.EngineeringUnitsString, b.EngineeringUnitsString);
-            ASSERT_EQ(a.BitString.Count(), b.BitString.Count());
-            for (int bit = 1; bit <= a.BitString.Count(); ++bit) {
-                EXPECT_EQ(a.BitString.Item(bit)->data, b.BitString.Item(bit)->data);
-            }
-        }
+        for (int i = 1; i <= before.Count(); ++i)
+            EXPECT_EQ(fields(*before.Item(i)), fields(*after.Item(i))) << "parameter " << i;
     };
     same(gatewayBefore, gateway);
     same(cellBefore, nodes.Item(1)->NodeParameters);

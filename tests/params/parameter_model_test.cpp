@@ -65,19 +65,12 @@ TEST(KeyedLists, BitLabelsOfAParameterWithoutLabelsAreAnEmptyList)
     EXPECT_EQ(parameter.BitString.Item("OV")->data, "Overvoltage");
 }
 
-TEST(NodeList, MissingNodeIsNothingAndANewNodeHasNoParameters)
+TEST(NodeList, CopyRebuildsDestinationFieldByFieldWithoutValues)
 {
     NodeList nodes;
     EXPECT_EQ(nodes.Item(1), nullptr);
     nodes.Add();
     EXPECT_EQ(nodes.Item(1)->NodeParameters.Count(), 0);
-    EXPECT_EQ(nodes.Item(2), nullptr);
-}
-
-TEST(NodeList, CopyRebuildsDestinationFieldByFieldWithoutValues)
-{
-    NodeList nodes;
-    nodes.Add();
     nodes.Add();
     auto& source = nodes.Item(1)->NodeParameters.Add("1");
     source.ParameterName = "Cell Voltage";

@@ -1,5 +1,6 @@
-// The command file: commit and the restarts that follow it, the state file across runs, the state
-// bits, and the calibration steps acting on files 24 and 31 and on the readings.
+// The command file: commit into the state file across runs, the state bits, and the calibration
+// steps acting on files 24 and 31 and on the readings. Commit and initialize as the application
+// uses them are covered by its command tests.
 
 #include "sim_device/host.h"
 
@@ -28,26 +29,13 @@ void setWord(Host& host, int file, int element, std::uint16_t value)
         0);
 }
 
-TEST(CommandFile, CommitKeepsChangesThroughAnInitializeAndUncommittedOnesAreLost)
-{
-    zvsim::Pack pack(options());
-    Host host(pack);
-    host.open();
-    setWord(host, 13, 0, 4150); // Charge Termination Voltage
-    ASSERT_EQ(host.command(0x03, 0), 0);
-    setWord(host, 13, 1, 222); // Taper Current, not committed
-    ASSERT_EQ(host.command(0x07, 0), 0);
-    host.advance(zvsim::CommandFile::RestartDelayMs);
-    EXPECT_TRUE(pack.silent()) << "initialize restarts the pack";
-    EXPECT_FALSE(host.readWord(0x00));
-    host.advance(zvsim::CommandFile::InitializeSilentMs);
-    ASSERT_FALSE(pack.silent());
-    host.open();
-    EXPECT_EQ(host.word(13, 0), 4150);
-    EXPECT_EQ(host.word(13, 1), 100);
-}
+// Target 1001 with the extended command set open.
+class CommandFile : public ::testing::Test, public simtest::OpenPack {
+protected:
+    const zvsim::FileStore& files() const { return pack.model().files; }
+};
 
-TEST(CommandFile, StateFileCarriesFlashIntoTheNextRun)
+TEST(StateFile, CarriesFlashIntoTheNextRun)
 {
     auto path
         = std::filesystem::temp_directory_path() / ("zvsim-state-" + std::to_string(::getpid()) + ".txt");
@@ -68,45 +56,39 @@ TEST(CommandFile, StateFileCarriesFlashIntoTheNextRun)
     std::filesystem::remove(path);
 }
 
-TEST(CommandFile, StateBitsDataFlowShipModeAndSafeDisconnect)
+TEST_F(CommandFile, StateBitsDataFlowShipModeAndSafeDisconnect)
 {
-    zvsim::Pack pack(options());
-    Host host(pack);
-    host.open();
-    const auto& files = pack.model().files;
     ASSERT_EQ(host.command(0x0E, 1), 0);
-    EXPECT_TRUE(files.get("Internal Flags 2") & 0x0004);
-    std::uint32_t polls = files.get("Number of CellWeft Polls");
+    EXPECT_TRUE(files().get("Internal Flags 2") & 0x0004);
+    std::uint32_t polls = files().get("Number of CellWeft Polls");
     host.advance(10'000);
-    EXPECT_EQ(files.get("Number of CellWeft Polls"), polls) << "no CellWeft polls while the flow is stopped";
+    EXPECT_EQ(files().get("Number of CellWeft Polls"), polls)
+        << "no CellWeft polls while the flow is stopped";
     ASSERT_EQ(host.command(0x0E, 0), 0);
     host.advance(10'000);
-    EXPECT_GT(files.get("Number of CellWeft Polls"), polls);
+    EXPECT_GT(files().get("Number of CellWeft Polls"), polls);
     EXPECT_EQ(host.command(0x0E, 7), 5);
 
     ASSERT_EQ(host.command(0x10, 0), 0);
     host.advance(250);
-    EXPECT_TRUE(files.get("Internal Flags 2") & 0x0001);
-    EXPECT_EQ(files.get("FET Status") & 0x3, 0u) << "ship mode opens the FETs";
+    EXPECT_TRUE(files().get("Internal Flags 2") & 0x0001);
+    EXPECT_EQ(files().get("FET Status") & 0x3, 0u) << "ship mode opens the FETs";
     ASSERT_EQ(host.command(0x10, 0), 0);
     host.advance(250);
-    EXPECT_EQ(files.get("FET Status") & 0x3, 0x3u);
+    EXPECT_EQ(files().get("FET Status") & 0x3, 0x3u);
 
     ASSERT_EQ(host.command(0x0C, 0), 0);
     host.advance(250);
-    EXPECT_TRUE(files.get("Internal Flags 2") & 0x0002);
-    EXPECT_EQ(files.get("FET Status") & 0x3, 0u);
+    EXPECT_TRUE(files().get("Internal Flags 2") & 0x0002);
+    EXPECT_EQ(files().get("FET Status") & 0x3, 0u);
     host.advance(zvsim::CommandFile::SafeDisconnectMs);
-    EXPECT_FALSE(files.get("Internal Flags 2") & 0x0002);
-    EXPECT_EQ(files.get("FET Status") & 0x3, 0x3u);
+    EXPECT_FALSE(files().get("Internal Flags 2") & 0x0002);
+    EXPECT_EQ(files().get("FET Status") & 0x3, 0x3u);
     EXPECT_EQ(host.command(0x55, 0), 5) << "an unknown command";
 }
 
-TEST(CommandFile, WiredBitChangesOnlyAfterTheWiredCommand)
+TEST_F(CommandFile, WiredBitChangesOnlyAfterTheWiredCommand)
 {
-    zvsim::Pack pack(options());
-    Host host(pack);
-    host.open();
     std::uint16_t algorithm = host.word(9, 0);
     ASSERT_FALSE(algorithm & 0x0008);
     EXPECT_EQ(host.writeFile(9, 0, 1, { static_cast<std::uint8_t>(algorithm | 8), 0 }), 5);
@@ -118,11 +100,8 @@ TEST(CommandFile, WiredBitChangesOnlyAfterTheWiredCommand)
     EXPECT_EQ(host.writeFile(9, 0, 1, { static_cast<std::uint8_t>(algorithm), 0 }), 5) << "armed once";
 }
 
-TEST(CommandFile, ResetFuseAndRebuild)
+TEST_F(CommandFile, ResetFuseAndRebuild)
 {
-    zvsim::Pack pack(options());
-    Host host(pack);
-    host.open();
     auto& files = pack.model().files;
     files.setBits("Safety Flags", 0x8000, true);
     files.set("Permanent Disable Status", 0x0080);
@@ -143,19 +122,9 @@ TEST(CommandFile, ResetFuseAndRebuild)
     EXPECT_EQ(files.get("Actual Number Of Cells"), 8u) << "no more cells than the pack has";
 }
 
-class Calibration : public ::testing::Test {
+class Calibration : public CommandFile {
 protected:
-    Calibration()
-        : pack(options())
-        , host(pack)
-    {
-        host.open();
-        std::uint16_t algorithm = host.word(9, 0);
-        setWord(host, 9, 0, static_cast<std::uint16_t>(algorithm | 0xF000));
-    }
-    zvsim::Pack pack;
-    Host host;
-    const zvsim::FileStore& files() const { return pack.model().files; }
+    Calibration() { setWord(host, 9, 0, static_cast<std::uint16_t>(host.word(9, 0) | 0xF000)); }
 };
 
 TEST_F(Calibration, StepsAreRefusedOutsideCalibrationMode)

@@ -59,4 +59,17 @@ private:
     std::int64_t now_ = 0;
 };
 
+// A pack made with these options and a host in front of it that has opened the extended command
+// set.
+struct OpenPack {
+    explicit OpenPack(const zvsim::PackOptions& options = {})
+        : pack(options)
+        , host(pack)
+    {
+        host.open();
+    }
+    zvsim::Pack pack;
+    Host host;
+};
+
 } // namespace simtest

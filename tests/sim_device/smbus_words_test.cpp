@@ -1,5 +1,5 @@
-// The pack's SMBus side: PEC both ways, the ManufacturerAccess words, the smart-battery words,
-// the block commands and the SBD map.
+// The pack's SMBus side: PEC both ways (the Host checks the PEC of every reply), the
+// ManufacturerAccess words, the smart-battery words, the block commands and the SBD map.
 
 #include "sim_device/host.h"
 
@@ -19,12 +19,17 @@ zvsim::PackOptions target(std::uint16_t id)
     return options;
 }
 
-TEST(PackPec, WordWriteIsAcceptedOnlyWithTheRightPec)
+// Target 1001 and a host in front of it.
+class Pack1001 : public ::testing::Test {
+protected:
+    zvsim::Pack pack { target(0x1001) };
+    Host host { pack };
+};
+
+TEST_F(Pack1001, PackPecWordWriteIsAcceptedOnlyWithTheRightPec)
 {
     EXPECT_EQ(zvsim::smbusPec({ 0x16, 0x00, 0x30, 0x00 }), 0xEA);
     EXPECT_EQ(pec({ 0x16, 0x00, 0x30, 0x00 }), 0xEA) << "the host's own CRC agrees";
-    zvsim::Pack pack(target(0x1001));
-    Host host(pack);
     std::uint8_t good = pec({ 0x16, 0x09, 0x34, 0x12 });
     EXPECT_TRUE(host.send({ 0x09, 0x34, 0x12, good }));
     EXPECT_FALSE(host.send({ 0x09, 0x34, 0x12, static_cast<std::uint8_t>(good ^ 0x01) }));
@@ -34,10 +39,8 @@ TEST(PackPec, WordWriteIsAcceptedOnlyWithTheRightPec)
     EXPECT_FALSE(host.send({ 0x09, 0x34 })) << "a cut word";
 }
 
-TEST(PackPec, BlockWriteWithBadPecLeavesTheProtocolUntouched)
+TEST_F(Pack1001, PackPecBlockWriteWithBadPecLeavesTheProtocolUntouched)
 {
-    zvsim::Pack pack(target(0x1001));
-    Host host(pack);
     host.open();
     std::vector<std::uint8_t> request { 0x3C, 6, 0, 1, 0, 0, 20, 0 };
     std::vector<std::uint8_t> covered { 0x16 };
@@ -45,15 +48,6 @@ TEST(PackPec, BlockWriteWithBadPecLeavesTheProtocolUntouched)
     request.push_back(static_cast<std::uint8_t>(pec(covered) + 1));
     EXPECT_FALSE(host.send(request));
     EXPECT_EQ(host.status()[0], 0) << "no request was taken";
-}
-
-TEST(PackPec, WordReadsCarryAPecOverAddressesCommandAndData)
-{
-    zvsim::Pack pack(target(0x1001));
-    ASSERT_TRUE(pack.masterWriteCommand(0x1A));
-    auto reply = pack.masterRead(3);
-    ASSERT_TRUE(reply);
-    EXPECT_EQ((*reply)[2], pec({ 0x16, 0x1A, 0x17, (*reply)[0], (*reply)[1] }));
 }
 
 TEST(ManufacturerAccess, IdentifiesTargetLevelAndState)
@@ -76,10 +70,8 @@ TEST(ManufacturerAccess, IdentifiesTargetLevelAndState)
     EXPECT_EQ(Host(systemLoader).readWord(0x00), 0xFA99);
 }
 
-TEST(ManufacturerAccess, ExtendedCommandsNeedUnlockThenEnableAndCloseAgain)
+TEST_F(Pack1001, ManufacturerAccessExtendedCommandsNeedUnlockThenEnableAndCloseAgain)
 {
-    zvsim::Pack pack(target(0x1001));
-    Host host(pack);
     EXPECT_FALSE(host.request(0, 1, 0, 20)) << "file protocol closed at power-on";
     ASSERT_TRUE(host.writeWord(0x00, 0x7A3C));
     EXPECT_FALSE(pack.commandSetOpen()) << "enable without unlock";
@@ -93,10 +85,8 @@ TEST(ManufacturerAccess, ExtendedCommandsNeedUnlockThenEnableAndCloseAgain)
     EXPECT_FALSE(pack.commandSetOpen()) << "lock closes the command set too";
 }
 
-TEST(SmartBatteryWords, ScalingBatteryModeAndMeasuredWords)
+TEST_F(Pack1001, SmartBatteryWordsScalingBatteryModeAndMeasuredWords)
 {
-    zvsim::Pack pack(target(0x1001));
-    Host host(pack);
     std::uint16_t spec = host.readWord(0x1A).value();
     EXPECT_EQ((spec >> 8) & 0xF, 0) << "voltage scale 10^0";
     EXPECT_EQ((spec >> 12) & 0xF, 0) << "current scale 10^0";
@@ -107,10 +97,8 @@ TEST(SmartBatteryWords, ScalingBatteryModeAndMeasuredWords)
     EXPECT_EQ(host.readWord(0x18), 2200);
 }
 
-TEST(BlockCommands, DynamicAndGatewayBlocksFollowTheirFiles)
+TEST_F(Pack1001, BlockCommandsDynamicAndGatewayBlocksFollowTheirFiles)
 {
-    zvsim::Pack pack(target(0x1001));
-    Host host(pack);
     EXPECT_FALSE(host.readBlock(0x80)) << "needs the extended command set";
     host.open();
     host.advance(400'000); // into the discharge part of the cycle
@@ -124,10 +112,8 @@ TEST(BlockCommands, DynamicAndGatewayBlocksFollowTheirFiles)
     EXPECT_GT(info[2] | (info[3] << 8), 150) << "CellWeft polls counted every two seconds";
 }
 
-TEST(SbdMap, CommandsFromTheMapBeginAnswerMappedWordsWithTheCommandSetClosed)
+TEST_F(Pack1001, SbdMapCommandsFromTheMapBeginAnswerMappedWordsWithTheCommandSetClosed)
 {
-    zvsim::Pack pack(target(0x1001));
-    Host host(pack);
     host.advance(1000);
     const auto& files = pack.model().files;
     ASSERT_EQ(files.get("SBData Map Begin"), 0x50u);
@@ -143,9 +129,8 @@ TEST(SbdMap, CommandsFromTheMapBeginAnswerMappedWordsWithTheCommandSetClosed)
     EXPECT_FALSE(hostOther.readWord(0x3C)) << "with the command set open 0x3C is the file request";
 }
 
-TEST(AlarmBroadcast, CarriesTheSenderAddressTheWordAndAPecToTheHost)
+TEST_F(Pack1001, AlarmBroadcastCarriesTheSenderAddressTheWordAndAPecToTheHost)
 {
-    zvsim::Pack pack(target(0x1001));
     EXPECT_FALSE(pack.takeAlarmBroadcast());
     pack.model().files.set("Battery Status", 0x9080);
     pack.queueAlarm();

@@ -1,4 +1,5 @@
-// The in-process endpoint on a virtual clock: replies come back with the time they are due.
+// The in-process endpoint on a virtual clock: replies come back with the time they are due. Unpaced
+// replies and the line rate run in every driver test through the harness.
 
 #include "fake_target.h"
 #include "frontends/inprocess_endpoint.h"
@@ -31,21 +32,6 @@ protected:
     std::int64_t clockMs = 5000;
     std::vector<Delivery> deliveries;
 };
-
-TEST_F(InProcessEndpointTest, WithoutPacingRepliesAreDueAtOnce)
-{
-    auto endpoint = make();
-    endpoint.write("/O\r");
-    clockMs = 5100;
-    target.queueWord(0x00, 0x1001);
-    endpoint.write("/*T~00\r/R3\r");
-    ASSERT_EQ(deliveries.size(), 2u);
-    EXPECT_EQ(deliveries[0].bytes, "/OCC\r\n*");
-    EXPECT_EQ(deliveries[0].dueMs, 5000);
-    EXPECT_EQ(deliveries[1].bytes.substr(0, 17), "/MTC\r\n*/MRC~01~10");
-    EXPECT_EQ(deliveries[1].dueMs, 5100);
-    EXPECT_EQ(target.clockMs, 5100) << "the pack runs on the embedder's clock";
-}
 
 TEST_F(InProcessEndpointTest, WirePacingTakesTenBitsACharacterBothWays)
 {
@@ -83,21 +69,6 @@ TEST_F(InProcessEndpointTest, TickDeliversBroadcastsAndNextDueCoversThePull)
     EXPECT_EQ(endpoint.nextDueMs(), std::nullopt);
     endpoint.write("/O\r");
     EXPECT_EQ(deliveries.size(), 1u);
-}
-
-TEST_F(InProcessEndpointTest, HostAtAnotherRateGetsNoAnswer)
-{
-    auto endpoint = make();
-    endpoint.setLineBaud(115200);
-    endpoint.write("/F1\r");
-    EXPECT_TRUE(deliveries.empty());
-    endpoint.setLineBaud(19200);
-    endpoint.write("/B1\r");
-    EXPECT_EQ(endpoint.dongleBaud(), 57600);
-    endpoint.setLineBaud(57600);
-    endpoint.write("/F1\r");
-    ASSERT_EQ(deliveries.size(), 1u);
-    EXPECT_EQ(deliveries[0].bytes, "*");
 }
 
 } // namespace

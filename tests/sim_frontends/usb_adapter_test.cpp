@@ -1,15 +1,11 @@
-// The USB adapter endpoint: its request lines, the PEC it computes and checks, its faults, and a
-// round trip over a real Unix socket.
+// The USB adapter endpoint: its request lines, the PEC it computes and checks, its faults, and its
+// socket server.
 
 #include "fake_target.h"
 #include "frontends/usb_socket_server.h"
 
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
-
-#include <cstring>
-#include <filesystem>
 
 #include <gtest/gtest.h>
 
@@ -129,36 +125,20 @@ protected:
     UsbSocketServer server { adapter };
 };
 
-TEST_F(UsbSocketTest, RoundTripOverAUnixSocketPath)
-{
-    const auto path = std::filesystem::temp_directory_path() / ("zvsim-usb-" + std::to_string(::getpid()));
-    ASSERT_EQ(server.listen(path.string()), "");
-    const int client = ::socket(AF_UNIX, SOCK_STREAM, 0);
-    sockaddr_un address {};
-    address.sun_family = AF_UNIX;
-    std::strcpy(address.sun_path, path.c_str());
-    ASSERT_EQ(::connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-    EXPECT_EQ(roundTrip(client, "CONNECT"), "0\n");
-    target.queueWord(0x1A, 0x0031);
-    EXPECT_EQ(roundTrip(client, "READWORD 0B 1A"), "0 00 31\n");
-    ::close(client);
-    Servable* servables[] = { &server };
-    for (int step = 0; step < 10 && server.clientCount() > 0; ++step)
-        EXPECT_TRUE(serveOnce(
-            servables, [] { return std::int64_t { 0 }; }, 50));
-    EXPECT_EQ(server.clientCount(), 0u);
-    EXPECT_EQ(adapter.handle("READWORD 0B 1A", 0), "5") << "a new client connects again";
-    server.close();
-    EXPECT_FALSE(std::filesystem::exists(path));
-}
-
-TEST_F(UsbSocketTest, SocketPairAndSeveralRequestsInOneWrite)
+// Listening on a path and its removal are covered by the session tests.
+TEST_F(UsbSocketTest, SeveralRequestsInOneWriteAndAClientThatLeaves)
 {
     int ends[2];
     ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
     server.adopt(ends[0]);
     EXPECT_EQ(roundTrip(ends[1], "CONNECT\nVERSION"), "0\n0 ZV-USB-BRIDGE simulator 1.0\n");
     ::close(ends[1]);
+    Servable* servables[] = { &server };
+    for (int step = 0; step < 10 && server.clientCount() > 0; ++step)
+        EXPECT_TRUE(serveOnce(
+            servables, [] { return std::int64_t { 0 }; }, 50));
+    EXPECT_EQ(server.clientCount(), 0u);
+    EXPECT_EQ(adapter.handle("READWORD 0B 1A", 0), "5") << "a new client connects again";
 }
 
 } // namespace

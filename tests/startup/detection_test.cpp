@@ -85,7 +85,7 @@ TEST_F(DetectionTest, LoadsAKnownTargetAndLeavesTheSplashToItsTimer)
     EXPECT_FALSE(splash.loaded()) << "the splash goes away by itself";
 }
 
-TEST_F(DetectionTest, MigrateStoredKeyLeavesAnUnwrittenRecordAlone)
+TEST_F(DetectionTest, MigrateStoredKeyMovesAStoredKeyAndClearsItButLeavesAnUnwrittenRecord)
 {
     ASSERT_EQ(detect(), detect::kLoaded);
     auto& d = sim.driver();
@@ -93,12 +93,7 @@ TEST_F(DetectionTest, MigrateStoredKeyLeavesAnUnwrittenRecordAlone)
     detection().MigrateStoredKey();
     EXPECT_EQ(d.FileAccessRequest({ .file = 16, .offset = 2 }).text, kRecordNeverWritten);
     EXPECT_EQ(d.FileAccessRequest({ .file = 3 }).text, before.text);
-}
 
-TEST_F(DetectionTest, MigrateStoredKeyMovesAStoredKeyAndClearsIt)
-{
-    ASSERT_EQ(detect(), detect::kLoaded);
-    auto& d = sim.driver();
     const std::vector<std::uint8_t> key { 'e', 'n', 'g', 'i', 'n', 'e', 'e', 'r' };
     ASSERT_TRUE(d.FileAccessRequest({ .access = 1, .file = 16, .offset = 2, .data = key }).ok);
     ASSERT_FALSE(sim.globals.gAlgEnableBit3);
@@ -181,18 +176,14 @@ TEST_F(UnknownTarget, OffersTheChoiceAndLoadsTheTargetChosenByHand)
     EXPECT_GT(sim.driver().nodes.Count(), 0);
 }
 
-TEST_F(ApplicationLoader, ShowsScreenFourAndLeavesForTheLoader)
+TEST_F(ApplicationLoader, ShowsScreenFourAndLeavesForTheLoaderIfThereIsOne)
 {
     EXPECT_EQ(detect(), detect::kApplicationLoader);
     EXPECT_EQ(
         splash.lblStatus.caption(), "The hardware needs to be (re)programmed.\r\nLoading Bootloader...");
     EXPECT_TRUE(splash.tmrSplash->enabled());
     EXPECT_FALSE(faultButtonsShown());
-}
 
-TEST_F(ApplicationLoader, WithoutALoaderWindowTheSplashStaysWithItsButtons)
-{
-    EXPECT_EQ(detect(), detect::kApplicationLoader);
     TargetDetection bare(services(), {});
     bare.setMain(&sim.main());
     EXPECT_FALSE(bare.OpenBootStrapLoader());

@@ -31,13 +31,7 @@ public:
         : pack(zvsim::makePack(packOptions))
     {
         globals.SMBusWriteAddress = static_cast<std::uint8_t>(packOptions.address7 << 1);
-        endpoint = std::make_unique<zvsim::InProcessEndpoint>(
-            *pack, [this] { return loop.milliseconds(); },
-            [this](std::string bytes, std::int64_t dueMs) {
-                loop.post(static_cast<int>(std::max<std::int64_t>(0, dueMs - loop.milliseconds())),
-                    [this, bytes = std::move(bytes)] { port.deliver(bytes); });
-            },
-            linkOptions);
+        replaceEndpoint(linkOptions);
         port.onOutput = [this](const std::string& bytes) {
             if (const auto line = platform::parseSerialSettings(port.settings()))
                 endpoint->setLineBaud(line->baud);
@@ -71,16 +65,33 @@ public:
     }
     clsCellWeft& driver() { return main().CellWeft(); }
 
+    // A new dongle in front of the same pack, its replies due on the virtual clock.
+    void replaceEndpoint(const zvsim::InProcessEndpoint::Options& linkOptions)
+    {
+        endpoint = std::make_unique<zvsim::InProcessEndpoint>(
+            *pack, [this] { return loop.milliseconds(); },
+            [this](std::string bytes, std::int64_t dueMs) {
+                loop.post(static_cast<int>(std::max<std::int64_t>(0, dueMs - loop.milliseconds())),
+                    [this, bytes = std::move(bytes)] { port.deliver(bytes); });
+            },
+            linkOptions);
+    }
+
     // What start-up does before the main window: link up, command set open, scaling, directory,
     // the target's configuration and its cells. False at the first step that fails.
     [[nodiscard]] bool connect(const std::string& target = "ZK9460")
     {
-        auto& d = driver();
-        if (d.SMBus_Init() != 0 || d.Bus.UnlockDevice() != 0 || !d.Bus.EnableUlmarCommandSet()
-            || !loadTarget(target))
+        if (!openLink() || !loadTarget(target))
             return false;
-        d.Parameters.UserAccessLevel = d.Bus.GetAccessLevel();
+        driver().Parameters.UserAccessLevel = driver().Bus.GetAccessLevel();
         return true;
+    }
+
+    // The first steps of connect(): link up, device unlocked, command set open.
+    [[nodiscard]] bool openLink()
+    {
+        auto& d = driver();
+        return d.SMBus_Init() == 0 && d.Bus.UnlockDevice() == 0 && d.Bus.EnableUlmarCommandSet();
     }
 
     // The steps of connect() after the command set is open: scaling, directory, configuration, cells.

