@@ -3,10 +3,10 @@
 #include "connection/dialog_errors.h"
 #include "core/globals.h"
 #include "core/ini_values.h"
-#include "core/val.h"
 #include "params/hex_text.h"
 #include "platform/dialogs.h"
 #include "platform/text.h"
+#include "platform/val.h"
 
 namespace zv {
 

@@ -1,7 +1,7 @@
 #include "core/globals.h"
 
 #include "core/settings_table.h"
-#include "core/val.h"
+#include "platform/val.h"
 
 #include <cmath>
 

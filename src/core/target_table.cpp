@@ -3,8 +3,8 @@
 #include "core/globals.h"
 #include "core/paths.h"
 #include "core/registry.h"
-#include "core/val.h"
 #include "platform/ini_file.h"
+#include "platform/val.h"
 
 #include <algorithm>
 #include <cmath>

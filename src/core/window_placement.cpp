@@ -1,7 +1,7 @@
 #include "core/window_placement.h"
 
 #include "core/settings_table.h"
-#include "core/val.h"
+#include "platform/val.h"
 
 #include <algorithm>
 #include <cmath>

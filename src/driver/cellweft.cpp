@@ -2,9 +2,9 @@
 
 #include "core/globals.h"
 #include "core/settings_table.h"
-#include "core/val.h"
 #include "link/cellweft_events.h"
 #include "platform/event_loop.h"
+#include "platform/val.h"
 #include "usb/usb_adapter_factory.h"
 
 namespace zv {

@@ -39,7 +39,7 @@ std::optional<double> fromChars(std::string_view text)
 
 // Length of "[+-]digits[.digits][e[+-]digits]" at the start of text, with `point` as the
 // decimal point; 0 if there are no digits.
-std::size_t numberPrefixLength(std::string_view text, char point, bool allowExponentD)
+std::size_t numberPrefixLength(std::string_view text, char point)
 {
     std::size_t i = 0;
     if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
@@ -58,8 +58,7 @@ std::size_t numberPrefixLength(std::string_view text, char point, bool allowExpo
     if (digits == 0) {
         return 0;
     }
-    if (i < text.size()
-        && (text[i] == 'e' || text[i] == 'E' || (allowExponentD && (text[i] == 'd' || text[i] == 'D')))) {
+    if (i < text.size() && (text[i] == 'e' || text[i] == 'E')) {
         std::size_t j = i + 1;
         if (j < text.size() && (text[j] == '+' || text[j] == '-')) {
             ++j;
@@ -88,28 +87,6 @@ std::optional<double> convertPrefix(std::string_view prefix, char point)
         }
     }
     return fromChars(normalised);
-}
-
-double hexLeadingNumber(std::string_view digits)
-{
-    std::uint64_t value = 0;
-    std::size_t count = 0;
-    for (; count < digits.size() && count < 16; ++count) {
-        const char c = static_cast<char>(std::toupper(static_cast<unsigned char>(digits[count])));
-        const auto position = std::string_view("0123456789ABCDEF").find(c);
-        if (position == std::string_view::npos) {
-            break;
-        }
-        value = value * 16 + position;
-    }
-    // Four digits or fewer make a 16-bit integer, up to eight a 32-bit one.
-    if (count <= 4) {
-        return static_cast<double>(static_cast<std::int16_t>(value));
-    }
-    if (count <= 8) {
-        return static_cast<double>(static_cast<std::int32_t>(value));
-    }
-    return static_cast<double>(value);
 }
 
 } // namespace
@@ -158,26 +135,11 @@ std::string formatNumber(double value, std::string_view pattern, const NumberLoc
 std::optional<double> parseNumber(std::string_view text, char decimalSeparator)
 {
     const std::string trimmed = trimBlanks(text);
-    const std::size_t length = numberPrefixLength(trimmed, decimalSeparator, false);
+    const std::size_t length = numberPrefixLength(trimmed, decimalSeparator);
     if (length == 0 || length != trimmed.size()) {
         return std::nullopt;
     }
     return convertPrefix(trimmed, decimalSeparator);
-}
-
-double leadingNumber(std::string_view text)
-{
-    std::string compact;
-    std::copy_if(text.begin(), text.end(), std::back_inserter(compact),
-        [](char c) { return !isBlank(c) && c != '\r' && c != '\n'; });
-    if (compact.size() > 2 && compact[0] == '&' && (compact[1] == 'H' || compact[1] == 'h')) {
-        return hexLeadingNumber(std::string_view(compact).substr(2));
-    }
-    const std::size_t length = numberPrefixLength(compact, '.', true);
-    if (length == 0) {
-        return 0;
-    }
-    return convertPrefix(std::string_view(compact).substr(0, length), '.').value_or(0);
 }
 
 double roundHalfEven(double value)

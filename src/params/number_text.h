@@ -1,6 +1,6 @@
 #pragma once
 // Numbers as text: the user's decimal separator in display texts, the invariant form in files,
-// the number formats "0.0" and "#.000", and the lenient leading-number reading of typed values.
+// and the number formats "0.0" and "#.000".
 
 #include <cstdint>
 #include <optional>
@@ -26,10 +26,6 @@ inline constexpr NumberLocale kInvariantLocale {};
 
 // The whole text (blanks around allowed) as a number with the given decimal separator.
 [[nodiscard]] std::optional<double> parseNumber(std::string_view text, char decimalSeparator);
-
-// The number at the start of a text, blanks skipped, "." as decimal point, "&H" for hex;
-// 0 when there is none.
-[[nodiscard]] double leadingNumber(std::string_view text);
 
 // Rounds half to even, as integer conversion of the system does.
 [[nodiscard]] double roundHalfEven(double value);

@@ -3,6 +3,7 @@
 #include "params/hex_text.h"
 #include "params/runtime_error.h"
 #include "platform/text.h"
+#include "platform/val.h"
 
 #include <algorithm>
 #include <array>
@@ -258,16 +259,16 @@ std::string ValueConversion::GetConfigurationValue(
     const std::size_t digits = static_cast<std::size_t>(std::max(byteCount, 0)) * 2;
     try {
         if (isOneOf(type, { "byte", "1", "b" })) {
-            return Hex_Str(leadingNumber(value), 1, true);
+            return Hex_Str(Val(value), 1, true);
         }
         if (isOneOf(type, { "integer", "0", "2", "u", "8" })) {
-            return Hex_Str(leadingNumber(value), 2, true);
+            return Hex_Str(Val(value), 2, true);
         }
         if (type == "bitfield") {
             return bitFieldHex(value);
         }
         if (isOneOf(type, { "signedinteger", "3", "s" })) {
-            double integer = roundHalfEven(leadingNumber(value));
+            double integer = roundHalfEven(Val(value));
             if (integer < 0) {
                 integer += 65536;
             }

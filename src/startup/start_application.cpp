@@ -4,11 +4,11 @@
 #include "core/globals.h"
 #include "core/ini_values.h"
 #include "core/settings_table.h"
-#include "core/val.h"
 #include "driver/cls_main.h"
 #include "link/dongle_link.h"
 #include "platform/dialogs.h"
 #include "platform/serial_port.h"
+#include "platform/val.h"
 
 #include <exception>
 #include <filesystem>

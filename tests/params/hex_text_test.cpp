@@ -94,7 +94,7 @@ TEST(NumberText, GeneralFormAndFormatsFollowTheLocale)
     EXPECT_EQ(formatNumber(0, "#.000", kInvariantLocale), ".000");
 }
 
-TEST(NumberText, ParsingWholeTextsAndLeadingNumbers)
+TEST(NumberText, ParsingWholeTexts)
 {
     EXPECT_EQ(parseNumber(" 0.001 ", '.'), 0.001);
     EXPECT_EQ(parseNumber("0,001", ','), 0.001);
@@ -102,12 +102,6 @@ TEST(NumberText, ParsingWholeTextsAndLeadingNumbers)
     EXPECT_EQ(parseNumber("-", '.'), std::nullopt);
     EXPECT_EQ(parseNumber("1e3", '.'), 1000);
     EXPECT_EQ(parseNumber("12abc", '.'), std::nullopt);
-    EXPECT_EQ(leadingNumber("12abc"), 12);
-    EXPECT_EQ(leadingNumber(" 1 2.5"), 12.5);
-    EXPECT_EQ(leadingNumber("&H10"), 16);
-    EXPECT_EQ(leadingNumber("&HFFFF"), -1);
-    EXPECT_EQ(leadingNumber("abc"), 0);
-    EXPECT_EQ(leadingNumber("-7"), -7);
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 #pragma once
-// Number parsing of settings texts.
+// Number parsing of texts from settings, files and typed values.
 
 #include <optional>
 #include <string_view>

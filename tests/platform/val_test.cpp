@@ -1,4 +1,4 @@
-#include "core/val.h"
+#include "platform/val.h"
 
 #include <gtest/gtest.h>
 
