@@ -51,6 +51,9 @@ frmMain::frmMain(MainFormContext context)
     buildMenus();
     wireMenus();
     buildStatusBar();
+    // "Select all" of the pop-up menu works on the gateway lists.
+    for (auto& list : lvParameters)
+        list.setMultiSelect(true);
     lblSHIP_BIT.setCaption("Ship");
     lblUNLOCK_BIT.setCaption("Wired");
     lblCONFIG_BIT.setCaption("Configured");

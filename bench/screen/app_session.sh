@@ -1,0 +1,98 @@
+#!/usr/bin/env bash
+# The running application polling a simulated pack over a pseudo-terminal, on a virtual display.
+#
+#   bench/screen/app_session.sh BIN cpu [SECONDS]     CPU share of zentavia polling at 1 s
+#   bench/screen/app_session.sh BIN shots DIR         status bar screenshots at 800 and 1280 px
+#
+# BIN is a build's bin folder (Release for figures). The pack is zentavia-packsim --wire-pacing
+# with 16 cells; the poll is started from the Commands menu as a user does, at a rate of 1 s.
+set -euo pipefail
+bin=$(cd "$1" && pwd)
+mode=$2
+arg=${3:-}
+
+run_dir=$(mktemp -d)
+pids=()
+cleanup() {
+  for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
+  wait 2>/dev/null || true
+  rm -rf "$run_dir"
+}
+trap cleanup EXIT INT TERM
+
+display=":$((90 + RANDOM % 100))"
+Xvfb "$display" -screen 0 1280x900x24 -nolisten tcp >"$run_dir/xvfb.log" 2>&1 &
+pids+=($!)
+export DISPLAY=$display
+
+link="$run_dir/ttyPACK"
+"$bin/zentavia-packsim" --link "$link" --wire-pacing --cells 16 >"$run_dir/packsim.log" 2>&1 &
+pids+=($!)
+for _ in $(seq 100); do [ -e "$link" ] && break; sleep 0.1; done
+
+cat >"$run_dir/settings.ini" <<INI
+[Ports]
+COM1=$link
+[Software\\Norvale Systems\\Zentavia 3\\Settings]
+PollingInterval=1
+INI
+ZENTAVIA_HOME="$bin" ZENTAVIA_SETTINGS="$run_dir/settings.ini" "$bin/zentavia" >"$run_dir/app.log" 2>&1 &
+app=$!
+pids+=($app)
+
+window=""
+for _ in $(seq 300); do
+  window=$(xdotool search --onlyvisible --name "Zentavia ." 2>/dev/null | head -n 1 || true)
+  [ -n "$window" ] && break
+  sleep 0.2
+done
+[ -n "$window" ] || { echo "the main window did not appear" >&2; cat "$run_dir/app.log" >&2; exit 1; }
+sleep 2
+
+# Commands > Poll Data: the menu opens on its title; the entry is found by its text's position
+# in the menu (the seventh group of Commands holds it), so the keyboard walks there instead.
+start_poll() {
+  xdotool windowactivate --sync "$window" 2>/dev/null || true
+  xdotool windowmove "$window" 0 0 windowsize "$window" "$1" 860
+  sleep 1
+  local x
+  x=$(commands_menu_x)
+  xdotool mousemove --window "$window" "$x" 10 click 1
+  sleep 0.5
+}
+
+commands_menu_x() {
+  # File, Logging, Commands: the third title; titles are about 60 px apart at the default font.
+  echo 120
+}
+
+case "$mode" in
+  cpu)
+    seconds=${arg:-60}
+    start_poll 1280
+    xdotool key --delay 80 Down Down Down Down Down Down Down Down Down Down Down Down Down Down Return
+    sleep 3
+    grep -o "Polling Active" /dev/null || true
+    read -r -a before < <(cut -d' ' -f14,15 "/proc/$app/stat")
+    start=$(date +%s.%N)
+    sleep "$seconds"
+    read -r -a after < <(cut -d' ' -f14,15 "/proc/$app/stat")
+    end=$(date +%s.%N)
+    ticks=$(getconf CLK_TCK)
+    awk -v u0="${before[0]}" -v s0="${before[1]}" -v u1="${after[0]}" -v s1="${after[1]}" \
+      -v t0="$start" -v t1="$end" -v hz="$ticks" -v load="$(cut -d' ' -f1-3 /proc/loadavg)" 'BEGIN {
+        cpu = (u1 - u0 + s1 - s0) / hz; wall = t1 - t0
+        printf "zentavia polling 16 cells at 1 s over a pty: %.2f s CPU in %.1f s wall, %.1f %% (load average %s)\n", cpu, wall, 100 * cpu / wall, load
+      }'
+    import -window root "$run_dir/polling.png" && cp "$run_dir/polling.png" "${OUT:-/tmp}/zentavia-polling.png"
+    ;;
+  shots)
+    mkdir -p "$arg"
+    for width in 800 1280; do
+      start_poll "$width"
+      xdotool key Escape
+      sleep 2
+      import -window root -crop "${width}x900+0+0" "$arg/statusbar-$width.png"
+    done
+    ;;
+esac
