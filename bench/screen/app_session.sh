@@ -42,57 +42,56 @@ pids+=($app)
 
 window=""
 for _ in $(seq 300); do
-  window=$(xdotool search --onlyvisible --name "Zentavia ." 2>/dev/null | head -n 1 || true)
+  window=$(xdotool search --onlyvisible --name "Norvale Systems - Zentavia" 2>/dev/null | head -n 1 || true)
   [ -n "$window" ] && break
   sleep 0.2
 done
 [ -n "$window" ] || { echo "the main window did not appear" >&2; cat "$run_dir/app.log" >&2; exit 1; }
-sleep 2
+# Start-up reads every parameter of the pack before the poll entry is available.
+sleep "${SETTLE:-20}"
 
-# Commands > Poll Data: the menu opens on its title; the entry is found by its text's position
-# in the menu (the seventh group of Commands holds it), so the keyboard walks there instead.
-start_poll() {
-  xdotool windowactivate --sync "$window" 2>/dev/null || true
+# The window at the top left of the display, then Commands > Poll Data with the mouse, where a
+# user finds them (the menu bar's third title; the entry's row of the open menu).
+place() {
   xdotool windowmove "$window" 0 0 windowsize "$window" "$1" 860
   sleep 1
-  local x
-  x=$(commands_menu_x)
-  xdotool mousemove --window "$window" "$x" 10 click 1
-  sleep 0.5
 }
-
-commands_menu_x() {
-  # File, Logging, Commands: the third title; titles are about 60 px apart at the default font.
-  echo 120
+start_poll() {
+  xdotool mousemove 140 8 click 1
+  sleep 0.7
+  xdotool mousemove 145 299 click 1
+  sleep 2
 }
 
 case "$mode" in
   cpu)
     seconds=${arg:-60}
-    start_poll 1280
-    xdotool key --delay 80 Down Down Down Down Down Down Down Down Down Down Down Down Down Down Return
-    sleep 3
-    grep -o "Polling Active" /dev/null || true
+    place 1280
+    start_poll
     read -r -a before < <(cut -d' ' -f14,15 "/proc/$app/stat")
     start=$(date +%s.%N)
     sleep "$seconds"
     read -r -a after < <(cut -d' ' -f14,15 "/proc/$app/stat")
     end=$(date +%s.%N)
-    ticks=$(getconf CLK_TCK)
     awk -v u0="${before[0]}" -v s0="${before[1]}" -v u1="${after[0]}" -v s1="${after[1]}" \
-      -v t0="$start" -v t1="$end" -v hz="$ticks" -v load="$(cut -d' ' -f1-3 /proc/loadavg)" 'BEGIN {
+      -v t0="$start" -v t1="$end" -v hz="$(getconf CLK_TCK)" -v load="$(cut -d' ' -f1-3 /proc/loadavg)" 'BEGIN {
         cpu = (u1 - u0 + s1 - s0) / hz; wall = t1 - t0
         printf "zentavia polling 16 cells at 1 s over a pty: %.2f s CPU in %.1f s wall, %.1f %% (load average %s)\n", cpu, wall, 100 * cpu / wall, load
       }'
-    import -window root "$run_dir/polling.png" && cp "$run_dir/polling.png" "${OUT:-/tmp}/zentavia-polling.png"
+    [ -z "${SHOT:-}" ] || import -window root "$SHOT"
     ;;
   shots)
     mkdir -p "$arg"
+    place 1280
+    start_poll
     for width in 800 1280; do
-      start_poll "$width"
-      xdotool key Escape
+      place "$width"
       sleep 2
-      import -window root -crop "${width}x900+0+0" "$arg/statusbar-$width.png"
+      import -window root -crop "${width}x860+0+0" "$arg/statusbar-$width.png"
     done
+    ;;
+  *)
+    echo "unknown mode $mode" >&2
+    exit 2
     ;;
 esac
