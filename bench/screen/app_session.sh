@@ -59,7 +59,7 @@ place() {
 start_poll() {
   xdotool mousemove 140 8 click 1
   sleep 0.7
-  xdotool mousemove 145 299 click 1
+  xdotool mousemove 157 277 click 1
   sleep 2
 }
 

@@ -88,6 +88,17 @@ TEST_F(MainFormLayout, AClickOnATabShowsItsListAndSetsTheCurrentTab)
     }
 }
 
+TEST_F(MainFormLayout, RowsRebuiltAfterBindingReachTheTrees)
+{
+    rig.monitor->tabs.LoadTabs();
+    for (const auto& list : window.lvParameters) {
+        auto* tree = form()->findChild<QTreeWidget*>(QString::fromStdString(list.name()));
+        ASSERT_TRUE(tree) << list.name();
+        EXPECT_EQ(tree->topLevelItemCount(), list.rowCount()) << list.name();
+    }
+    EXPECT_GT(window.lvParameters[0].rowCount(), 0);
+}
+
 TEST_F(MainFormLayout, KeysAndTheProgramMoveBarStackAndControlTogether)
 {
     std::vector<int> shown;
