@@ -228,6 +228,7 @@ TEST_F(PollCycleTest, TheBatteryModeTimerRunsWithAlarmModeAndAsksAPollForTheComm
     ASSERT_TRUE(poll.tmrBatteryMode().enabled());
     form.disableAllCommands(false);
     EXPECT_TRUE(poll.tmrBatteryMode().enabled()) << "only disableAllCommands(true) stops it";
+    form.enableAllCommands(false);
 
     std::vector<bool> runs;
     const auto timer = form.batteryModeTimer;
