@@ -89,6 +89,10 @@ case "$mode" in
       sleep 2
       import -window root -crop "${width}x860+0+0" "$arg/statusbar-$width.png"
     done
+    # A click on the second tab of the parameter lists ("Status" at 1280 px) shows its list.
+    xdotool mousemove 732 61 click 1
+    sleep 2
+    import -window root -crop "1280x860+0+0" "$arg/second-tab-1280.png"
     ;;
   *)
     echo "unknown mode $mode" >&2

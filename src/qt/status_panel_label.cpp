@@ -12,8 +12,9 @@ namespace {
 
 constexpr int kMargin = 4;
 constexpr int kIconGap = 3;
-// What a squeezed panel keeps of its text: enough to tell the panels apart.
-constexpr int kMinimumCharacters = 4;
+// A squeezed panel keeps a short text whole and elides a longer one down to about this many
+// characters, so that the short panels (cells, port, polling, logging, access) stay readable.
+constexpr int kKeptCharacters = 16;
 
 } // namespace
 
@@ -29,8 +30,7 @@ void StatusPanelLabel::setText(const QString& text)
     if (text == text_)
         return;
     text_ = text;
-    if (widthPixels_ == 0)
-        updateGeometry();
+    updateGeometry();
     update();
 }
 
@@ -69,7 +69,8 @@ QSize StatusPanelLabel::sizeHint() const
 QSize StatusPanelLabel::minimumSizeHint() const
 {
     const QFontMetrics metrics = fontMetrics();
-    const int least = 2 * kMargin + iconRoom() + kMinimumCharacters * metrics.averageCharWidth();
+    const int kept = std::min(metrics.horizontalAdvance(text_), kKeptCharacters * metrics.averageCharWidth());
+    const int least = 2 * kMargin + iconRoom() + kept;
     return { std::min(least, sizeHint().width()), sizeHint().height() };
 }
 
