@@ -2,10 +2,14 @@
 # The running application polling a simulated pack over a pseudo-terminal, on a virtual display.
 #
 #   bench/screen/app_session.sh BIN cpu [SECONDS]     CPU share of zentavia polling at 1 s
-#   bench/screen/app_session.sh BIN shots DIR         status bar screenshots at 800 and 1280 px
+#   bench/screen/app_session.sh BIN shots DIR         screenshots while polling: the status bar at
+#                                                     800 and 1280 px, then a click on the second
+#                                                     tab of the parameter lists
 #
 # BIN is a build's bin folder (Release for figures). The pack is zentavia-packsim --wire-pacing
 # with 16 cells; the poll is started from the Commands menu as a user does, at a rate of 1 s.
+# SETTLE (seconds, default 30) is the wait for start-up; SHOT=FILE keeps a screenshot of the cpu
+# run, to see that the poll ran ("Polling Active").
 set -euo pipefail
 bin=$(cd "$1" && pwd)
 mode=$2
@@ -48,7 +52,7 @@ for _ in $(seq 300); do
 done
 [ -n "$window" ] || { echo "the main window did not appear" >&2; cat "$run_dir/app.log" >&2; exit 1; }
 # Start-up reads every parameter of the pack before the poll entry is available.
-sleep "${SETTLE:-20}"
+sleep "${SETTLE:-30}"
 
 # The window at the top left of the display, then Commands > Poll Data with the mouse, where a
 # user finds them (the menu bar's third title; the entry's row of the open menu).
