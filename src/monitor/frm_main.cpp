@@ -51,6 +51,9 @@ frmMain::frmMain(MainFormContext context)
     buildMenus();
     wireMenus();
     buildStatusBar();
+    // "Select all" of the pop-up menu works on the gateway lists.
+    for (auto& list : lvParameters)
+        list.setMultiSelect(true);
     lblSHIP_BIT.setCaption("Ship");
     lblUNLOCK_BIT.setCaption("Wired");
     lblCONFIG_BIT.setCaption("Configured");
@@ -82,9 +85,9 @@ void frmMain::buildStatusBar()
     sbStatusBar.addPanel({ kLoggingPanel, "Logging Inactive", "Loggingd",
         "Shows whether logging is active or inactive", 1800 });
     sbStatusBar.addPanel({ kHlkPanel, "HLK Response", "", "Displays communication status", 1600 });
-    sbStatusBar.addPanel({ kInfoPanel, "Info", "information", "Shows general status information", 3600 });
+    sbStatusBar.addPanel({ kInfoPanel, "Info", "information", "Shows general status information", 5400 });
     sbStatusBar.addPanel({ kAlarmsPanel, smbusAddressText(context_.globals.gAddress7), "", "", 0 });
-    sbStatusBar.addPanel({ kAccessPanel, "Access Level", "", "User access level", 1400 });
+    sbStatusBar.addPanel({ kAccessPanel, "Access Level", "", "User access level", 1800 });
 }
 
 void frmMain::LoadMainForm(clsMain& main)

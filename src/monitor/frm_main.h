@@ -113,6 +113,9 @@ public:
     // True while a log file is open (the log writer).
     std::function<bool()> logFileOpen;
     MonitorLoadSteps monitorSteps;
+    // Stops (false) or runs again (true) the link's battery-mode timer: disableAllCommands(true)
+    // and enableAllCommands(true).
+    std::function<void(bool run)> batteryModeTimer;
     // Runs after the user resized the window.
     std::function<void()> onResize;
     // Pops up one of popupMenus() at the mouse; the toolkit fills it in.

@@ -372,6 +372,8 @@ void frmMain::disableAllCommands(bool all)
     setLoggingCommands();
     if (!all)
         return;
+    if (batteryModeTimer)
+        batteryModeTimer(false);
     for (auto* item : { &mnuReadAllNodes, &mnuReadSelectedNode })
         setCommand(*item, false);
     for (auto command : kPendingCommands)
@@ -388,6 +390,8 @@ void frmMain::enableAllCommands(bool all)
         setCommand(*item, true);
     if (!all)
         return;
+    if (batteryModeTimer)
+        batteryModeTimer(true);
     for (auto command : kPendingCommands)
         setCommand(this->*command, PendingChanges);
 }

@@ -82,7 +82,11 @@ void ListMenus::parametersMouseUp(ListView& list, const std::string& key, bool r
     if (key.empty())
         return;
     showHint(list, key, false);
-    if (rightButton && !busy())
+    if (!rightButton || busy())
+        return;
+    if (list.selectedKeys().size() > 1)
+        popup(c_.form.mnuParametersPopup);
+    else
         popupParameters(list, key, false);
 }
 

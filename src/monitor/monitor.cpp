@@ -78,6 +78,8 @@ void Monitor::wireMenus()
     f.mnuParameters_Revert.onClick
         = [this] { edits.revert(menus.targetList(), menus.targetKey(), menus.targetIsProperty()); };
     f.mnuParameters_RevertAll.onClick = [this] { edits.revertAll(); };
+    f.mnuSelectAll.onClick = [this] { menus.targetList().selectAll(); };
+    f.batteryModeTimer = [this](bool run) { poll.runBatteryModeTimer(run); };
     f.mnuParameters_EditThis.onClick
         = [this] { edits.editRow(menus.targetList(), menus.targetKey(), menus.targetIsProperty()); };
 }

@@ -21,6 +21,7 @@ namespace {
 
 constexpr int kTickMs = 1000;
 constexpr int kHeartbeatMs = 60000;
+constexpr int kBatteryModeMs = 50000;
 // Bounds the wait of a close for the last tick; a sample through all its retries stays well below.
 constexpr int kCloseWaitMs = 120000;
 constexpr int kDynamicFile = 1;
@@ -52,11 +53,17 @@ PollCycle::PollCycle(MonitorContext& context, ParameterTabs& tabs)
     , tabs_(tabs)
     , tmrPollData_(context.loop.createTimer())
     , tmrHeartbeat_(context.loop.createTimer())
+    , tmrBatteryMode_(context.loop.createTimer())
 {
     tmrPollData_->setInterval(kTickMs);
     tmrPollData_->onTick = [this] { tmrPollData_Timer(); };
     tmrHeartbeat_->setInterval(kHeartbeatMs);
     tmrHeartbeat_->onTick = [this] { tmrHeartbeat_Timer(); };
+    tmrBatteryMode_->setInterval(kBatteryModeMs);
+    tmrBatteryMode_->onTick = [this] {
+        if (c_.globals.PollingActive)
+            requestRefresh();
+    };
     actions[row(PendingCommand::Heartbeat)] = [this] { refreshCommandSet(); };
     setHighPriority = [](bool high) {
         (void)platform::setProcessPriority(
@@ -65,6 +72,11 @@ PollCycle::PollCycle(MonitorContext& context, ParameterTabs& tabs)
 }
 
 PollCycle::~PollCycle() = default;
+
+void PollCycle::runBatteryModeTimer(bool on)
+{
+    tmrBatteryMode_->setEnabled(on && c_.globals.settings.AlarmMode != 0 && !c_.globals.usbTransport());
+}
 
 bool PollCycle::autoLogging() const
 {
@@ -221,6 +233,13 @@ bool PollCycle::readSample()
         CommsLost();
         return false;
     }
+    showSample();
+    return true;
+}
+
+void PollCycle::showSample()
+{
+    const clsCellWeft& driver = c_.main.CellWeft();
     frmMain& f = c_.form;
     const DisplaySettings& display = driver.Parameters.display;
     setGatewayState(true);
@@ -233,7 +252,6 @@ bool PollCycle::readSample()
     showHardwarePollAge();
     tabs_.refreshCellValues();
     tabs_.refreshGatewayValues();
-    return true;
 }
 
 void PollCycle::showHardwarePollAge()

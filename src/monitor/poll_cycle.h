@@ -67,6 +67,9 @@ public:
 
     void PollDynamicData();
     [[nodiscard]] bool UpdateDynamicData();
+    // The part of a good sample that draws: the pack row, the cells, the flags, the property and
+    // parameter lists shown, from the values the driver holds.
+    void showSample();
     [[nodiscard]] bool ReadSafetyData();
     void UpdateDeviceBits();
     void CommsLost();
@@ -91,6 +94,12 @@ public:
 
     platform::Timer& tmrPollData() { return *tmrPollData_; }
     platform::Timer& tmrHeartbeat() { return *tmrHeartbeat_; }
+    platform::Timer& tmrBatteryMode() { return *tmrBatteryMode_; }
+
+    // The serial link's battery-mode timer: every 50 s of a poll it asks the next tick for the
+    // refresh of the command states. disableAllCommands(true) stops it; enableAllCommands(true)
+    // runs it again when "AlarmMode" is on (never on the USB adapter, which has no such timer).
+    void runBatteryModeTimer(bool on);
 
     int PollRate = 2;
     int PollTickCount = 0;
@@ -113,6 +122,7 @@ private:
     ParameterTabs& tabs_;
     std::unique_ptr<platform::Timer> tmrPollData_;
     std::unique_ptr<platform::Timer> tmrHeartbeat_;
+    std::unique_ptr<platform::Timer> tmrBatteryMode_;
     std::array<bool, kPendingCommandCount> pending_ {};
     bool refreshPending_ = false;
     bool inTick_ = false;

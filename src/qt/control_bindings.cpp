@@ -1,5 +1,7 @@
 #include "qt/control_bindings.h"
 
+#include "qt/status_panel_label.h"
+
 #include "platform/ui/choice_controls.h"
 #include "platform/ui/list_view.h"
 #include "platform/ui/rich_text_box.h"
@@ -303,6 +305,20 @@ void fillRow(QTreeWidgetItem& item, const ui::ListRow& row, const IconProvider* 
     item.setData(0, Qt::UserRole, qs(row.key));
 }
 
+// The control's selection on the tree: every selected row, the focus on the control's key.
+void showSelection(
+    const ui::ListView& c, QTreeWidget& w, const std::unordered_map<std::string, QTreeWidgetItem*>& items)
+{
+    w.setSelectionMode(
+        c.multiSelect() ? QAbstractItemView::ExtendedSelection : QAbstractItemView::SingleSelection);
+    w.clearSelection();
+    for (const auto& key : c.selectedKeys())
+        if (const auto it = items.find(key); it != items.end())
+            it->second->setSelected(true);
+    const auto focus = items.find(c.selectedKey());
+    w.setCurrentItem(focus == items.end() ? nullptr : focus->second, 0, QItemSelectionModel::NoUpdate);
+}
+
 bool bindListView(ui::ListView& view, QTreeWidget& tree, const BindContext& context)
 {
     auto items = std::make_shared<std::unordered_map<std::string, QTreeWidgetItem*>>();
@@ -336,10 +352,8 @@ bool bindListView(ui::ListView& view, QTreeWidget& tree, const BindContext& cont
                 delete items->at(key);
                 items->erase(key);
             }
-            if (what == ui::Change::Selection || what == ui::Change::Rows) {
-                const auto it = items->find(c.selectedKey());
-                w.setCurrentItem(it == items->end() ? nullptr : it->second);
-            }
+            if (what == ui::Change::Selection || what == ui::Change::Rows)
+                showSelection(c, w, *items);
         });
     const auto keyOf
         = [](QTreeWidgetItem* item) { return item->data(0, Qt::UserRole).toString().toStdString(); };
@@ -347,9 +361,16 @@ bool bindListView(ui::ListView& view, QTreeWidget& tree, const BindContext& cont
         view.userSelect(keyOf(item));
         view.userMouseUp(keyOf(item), false);
     });
+    onUser(context, &tree, &QTreeWidget::itemSelectionChanged, [&view, &tree, keyOf] {
+        std::vector<std::string> keys;
+        for (QTreeWidgetItem* item : tree.selectedItems())
+            keys.push_back(keyOf(item));
+        view.userSetSelection(keys);
+    });
     onUser(context, &tree, &QWidget::customContextMenuRequested, [&view, &tree, keyOf](const QPoint& at) {
         QTreeWidgetItem* item = tree.itemAt(at);
-        if (item)
+        // A right click inside a selection of several rows keeps it for the menu of that selection.
+        if (item && !(view.selectedKeys().size() > 1 && view.isSelected(keyOf(item))))
             view.userSelect(keyOf(item));
         view.userMouseUp(item ? keyOf(item) : std::string(), true);
     });
@@ -381,34 +402,41 @@ bool bindTabStrip(ui::TabStrip& strip, QTabBar& bar, const BindContext& context)
         }
         w.setCurrentIndex(c.selectedIndex());
     });
-    onUser(context, &bar, &QTabBar::tabBarClicked, [&strip](int index) { strip.userSelect(index); });
+    // Every way the user changes the tab (click, keys, wheel) reaches the control; a tab the
+    // control refuses puts the bar back on the control's tab.
+    const auto flag = context.applying;
+    onUser(context, &bar, &QTabBar::currentChanged, [&strip, &bar, flag](int index) {
+        strip.userSelect(index);
+        if (strip.selectedIndex() != index) {
+            ApplyingGuard guard(*flag);
+            bar.setCurrentIndex(strip.selectedIndex());
+        }
+    });
     return true;
 }
 
 bool bindStatusBar(ui::StatusBar& status, QStatusBar& bar, const BindContext& context)
 {
-    auto labels = std::make_shared<std::vector<QLabel*>>();
+    auto panels = std::make_shared<std::vector<StatusPanelLabel*>>();
     const IconProvider* icons = &context.icons;
     mirror(status, bar, context,
-        [labels, icons](ui::StatusBar& c, QStatusBar& w, ui::Change what, const std::string&) {
-            while (labels->size() < c.panels().size()) {
-                auto* label = new QLabel(&w);
-                label->setObjectName(qs(c.panels()[labels->size()].key));
-                const int width = c.panels()[labels->size()].widthTwips;
-                w.addPermanentWidget(label, width > 0 ? 0 : 1);
-                if (width > 0)
-                    label->setMinimumWidth(ui::twipsToPixels(width));
-                labels->push_back(label);
+        [panels, icons](ui::StatusBar& c, QStatusBar& w, ui::Change what, const std::string&) {
+            while (panels->size() < c.panels().size()) {
+                const auto& added = c.panels()[panels->size()];
+                auto* panel = new StatusPanelLabel(ui::twipsToPixels(added.widthTwips), &w);
+                panel->setObjectName(qs(added.key));
+                w.addPermanentWidget(panel, added.widthTwips > 0 ? 0 : 1);
+                panels->push_back(panel);
             }
             if (what != ui::Change::Rows && what != ui::Change::Panels && what != ui::Change::PanelChanged)
                 return;
             for (std::size_t i = 0; i < c.panels().size(); ++i) {
                 const auto& panel = c.panels()[i];
-                QLabel* label = (*labels)[i];
+                StatusPanelLabel* label = (*panels)[i];
                 label->setText(qs(panel.text));
                 label->setToolTip(qs(panel.toolTip));
-                if (*icons && !panel.picture.empty())
-                    label->setPixmap((*icons)(panel.picture).pixmap(16, 16));
+                const bool pictured = *icons && !panel.picture.empty();
+                label->setIcon(pictured ? (*icons)(panel.picture).pixmap(16, 16) : QPixmap());
             }
         });
     return true;

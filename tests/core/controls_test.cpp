@@ -103,6 +103,39 @@ TEST(ListView, UserEventsCarryTheRowKey)
     EXPECT_EQ(lvParameters.selectedKey(), "Pack Voltage");
 }
 
+TEST(ListView, SelectAllOnlyOnAMultiSelectListAndTheSelectionFollowsTheRows)
+{
+    ListView list("lvParameters(0)");
+    for (const char* key : { "P1", "P2", "P3" })
+        list.addRow({ key, key });
+    int changes = 0;
+    list.setChangeListener([&](const ChangeEvent& e) { changes += e.what == Change::Selection; });
+    list.setSelectedKey("P2");
+    list.selectAll();
+    EXPECT_EQ(list.selectedKeys(), std::vector<std::string> { "P2" }) << "a single-select list keeps one row";
+
+    list.setMultiSelect(true);
+    list.selectAll();
+    EXPECT_EQ(list.selectedKeys(), (std::vector<std::string> { "P1", "P2", "P3" }));
+    EXPECT_EQ(list.selectedKey(), "P2") << "the focus stays where it was";
+    list.removeRow("P2");
+    EXPECT_EQ(list.selectedKeys(), (std::vector<std::string> { "P1", "P3" }));
+    EXPECT_EQ(list.selectedKey(), "P3");
+    list.userSetSelection({ "P3", "missing", "P1", "P3" });
+    EXPECT_EQ(list.selectedKeys(), (std::vector<std::string> { "P1", "P3" })) << "row order, no repeats";
+    list.userSelect("P1");
+    EXPECT_EQ(list.selectedKeys(), std::vector<std::string> { "P1" }) << "a click selects its row alone";
+    EXPECT_GE(changes, 3);
+
+    list.selectAll();
+    list.setMultiSelect(false);
+    EXPECT_EQ(list.selectedKeys(), std::vector<std::string> { "P1" });
+    list.clear();
+    list.selectAll();
+    EXPECT_TRUE(list.selectedKeys().empty());
+    EXPECT_EQ(list.selectedKey(), "");
+}
+
 TEST(Controls, TabsListsPanelsAndProgress)
 {
     TabStrip tabCells("tabCells");

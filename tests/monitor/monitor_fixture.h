@@ -20,6 +20,7 @@ struct MonitorTarget {
     std::string id = "1001";
     std::string name = "ZK9460";
     std::string section = "T1";
+    int cells = 0; // 0: the target's own count
 };
 
 inline const MonitorTarget kTarget1002 { 0x1002, "1002", "ZK9460S12", "T2" };
@@ -76,6 +77,7 @@ private:
         zvsim::PackOptions options;
         options.targetId = target.packId;
         options.level = level;
+        options.cells = target.cells;
         return options;
     }
     MonitorTarget target_;

@@ -182,5 +182,29 @@ TEST_F(ParameterEditsTest, RightClickOffersWhatTheRowAllowsAndTheMenuActsOnThatR
     EXPECT_EQ(popups.back(), "mnulvNodes");
 }
 
+TEST_F(ParameterEditsTest, SelectAllTakesEveryRowOfTheGatewayListAndTheRightClickThenOffersTheListMenu)
+{
+    std::vector<std::string> popups;
+    rig.form->popupMenu = [&](platform::ui::MenuItem& menu) { popups.push_back(menu.name()); };
+    ListView& list = listOf(*sleep);
+    const std::string key = keyOf(*sleep);
+    list.userSelect(key);
+    list.userMouseUp(key, true);
+    ASSERT_TRUE(rig.form->mnuSelectAll.enabled());
+    rig.form->mnuSelectAll.click();
+    EXPECT_EQ(static_cast<int>(list.selectedKeys().size()), list.rowCount());
+    EXPECT_EQ(list.selectedKey(), key);
+
+    list.userMouseUp(key, true);
+    EXPECT_EQ(popups, (std::vector<std::string> { "mnuParameters", "mnuParametersPopup" }));
+
+    ListView& cells = rig.form->lvProperties.at(0);
+    rig.form->lvNodes.userSelect("n1");
+    ASSERT_GT(cells.rowCount(), 1);
+    cells.userMouseUp(cells.rows().front().key, true);
+    EXPECT_FALSE(rig.form->mnuSelectAll.enabled()) << "the property lists stay single-select";
+    EXPECT_FALSE(cells.multiSelect());
+}
+
 } // namespace
 } // namespace zv

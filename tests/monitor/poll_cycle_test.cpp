@@ -220,5 +220,36 @@ TEST_F(PollCycleTest, HeartbeatWaitsForTheTickWhilePollingAndRunsAtOnceWhenIdle)
     EXPECT_TRUE(rig.h.pack->commandSetOpen());
 }
 
+TEST_F(PollCycleTest, TheBatteryModeTimerRunsWithAlarmModeAndAsksAPollForTheCommandRefresh)
+{
+    EXPECT_FALSE(poll.tmrBatteryMode().enabled()) << "AlarmMode is off";
+    rig.h.globals.settings.AlarmMode = 1;
+    form.enableAllCommands(true);
+    ASSERT_TRUE(poll.tmrBatteryMode().enabled());
+    form.disableAllCommands(false);
+    EXPECT_TRUE(poll.tmrBatteryMode().enabled()) << "only disableAllCommands(true) stops it";
+    form.enableAllCommands(false);
+
+    std::vector<bool> runs;
+    const auto timer = form.batteryModeTimer;
+    form.batteryModeTimer = [&](bool run) {
+        runs.push_back(run);
+        timer(run);
+    };
+    poll.tmrBatteryMode().onTick();
+    poll.tmrPollData_Timer();
+    EXPECT_TRUE(runs.empty()) << "idle: nothing to refresh";
+
+    form.mnuPollAllContinuously.click();
+    poll.tmrBatteryMode().onTick();
+    poll.tmrPollData_Timer();
+    EXPECT_EQ(runs, (std::vector<bool> { false, true })) << "the next tick's disable and enable";
+    EXPECT_TRUE(poll.tmrBatteryMode().enabled());
+
+    rig.h.globals.gTransport = kTransportUsbAdapter;
+    form.enableAllCommands(true);
+    EXPECT_FALSE(poll.tmrBatteryMode().enabled()) << "the USB adapter has no such timer";
+}
+
 } // namespace
 } // namespace zv

@@ -9,6 +9,7 @@
 #include "qt/file_filter.h"
 #include "qt/log_forms.h"
 #include "qt/main_form.h"
+#include "qt/status_panel_label.h"
 #include "ui/widgets_app.h"
 
 #include <QAction>
@@ -220,7 +221,7 @@ TEST(MainForm, MenusPanelsAndLabelsBindByName)
     EXPECT_TRUE(logs.eventLog().visible());
     EXPECT_EQ(form->findChild<QLabel*>("lblCONFIG_BIT")->text(), "Configured");
     window.sbStatusBar.setPanelText("HLK", "Idle");
-    EXPECT_EQ(form->findChild<QLabel*>("HLK")->text(), "Idle");
+    EXPECT_EQ(dynamic_cast<StatusPanelLabel*>(form->findChild<QWidget*>("HLK"))->text(), "Idle");
     EXPECT_EQ(form->windowTitle(), "Zentavia");
     logs.eventLog().unload();
 }

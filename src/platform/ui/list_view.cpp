@@ -1,5 +1,6 @@
 #include "platform/ui/list_view.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace zv::platform::ui {
@@ -27,8 +28,7 @@ void ListView::removeRow(const std::string& key)
         return;
     rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(it->second));
     reindex();
-    if (selectedKey_ == key)
-        selectedKey_.clear();
+    keepSelection(selectedKeys_, selectedKey_);
     notify(Change::RowRemoved, key);
 }
 
@@ -37,6 +37,7 @@ void ListView::clear()
     rows_.clear();
     index_.clear();
     selectedKey_.clear();
+    selectedKeys_.clear();
     notify(Change::Rows);
 }
 
@@ -120,16 +121,68 @@ void ListView::setSubItemStyle(const std::string& key, int column, const SubItem
     updateSlot(key, column, &ListRow::subStyles, style);
 }
 
+void ListView::keepSelection(std::vector<std::string> keys, std::string focus)
+{
+    std::vector<std::size_t> positions;
+    for (const auto& key : keys)
+        if (const auto it = index_.find(key); it != index_.end())
+            positions.push_back(it->second);
+    std::sort(positions.begin(), positions.end());
+    positions.erase(std::unique(positions.begin(), positions.end()), positions.end());
+    selectedKeys_.clear();
+    for (const std::size_t position : positions)
+        selectedKeys_.push_back(rows_[position].key);
+    if (!isSelected(focus))
+        focus = selectedKeys_.empty() ? std::string() : selectedKeys_.back();
+    selectedKey_ = std::move(focus);
+}
+
 void ListView::setSelectedKey(const std::string& key)
 {
-    assign(selectedKey_, index_.count(key) ? key : std::string(), Change::Selection);
+    const auto before = selectedKeys_;
+    keepSelection({ key }, key);
+    if (selectedKeys_ != before)
+        notify(Change::Selection);
+}
+
+void ListView::setMultiSelect(bool on)
+{
+    multiSelect_ = on;
+    if (!on && selectedKeys_.size() > 1)
+        setSelectedKey(selectedKey_);
+    notify(Change::Selection);
+}
+
+bool ListView::isSelected(const std::string& key) const
+{
+    return std::find(selectedKeys_.begin(), selectedKeys_.end(), key) != selectedKeys_.end();
+}
+
+void ListView::selectAll()
+{
+    if (!multiSelect_ || rows_.empty())
+        return;
+    std::vector<std::string> keys;
+    for (const auto& each : rows_)
+        keys.push_back(each.key);
+    keepSelection(std::move(keys), selectedKey_);
+    notify(Change::Selection);
+}
+
+void ListView::userSetSelection(const std::vector<std::string>& keys)
+{
+    if (!usable())
+        return;
+    if (!multiSelect_ && keys.size() > 1)
+        return;
+    keepSelection(keys, selectedKey_);
 }
 
 void ListView::userSelect(const std::string& key)
 {
     if (!usable() || !index_.count(key))
         return;
-    selectedKey_ = key;
+    keepSelection({ key }, key);
     if (onItemClick)
         onItemClick(key);
 }

@@ -66,12 +66,24 @@ public:
     void setBackColor(const std::string& key, std::optional<Rgb> color);
     void setChecked(const std::string& key, bool checked);
 
+    // The selected row with the focus (with several selected, the last one chosen); empty for none.
     [[nodiscard]] const std::string& selectedKey() const { return selectedKey_; }
+    // Selects this row alone (none for an unknown or empty key).
     void setSelectedKey(const std::string& key);
+    // A list that lets several rows be selected at once; others keep at most one.
+    [[nodiscard]] bool multiSelect() const { return multiSelect_; }
+    void setMultiSelect(bool on);
+    // Every selected row, in row order.
+    [[nodiscard]] const std::vector<std::string>& selectedKeys() const { return selectedKeys_; }
+    [[nodiscard]] bool isSelected(const std::string& key) const;
+    // Selects every row of a multi-select list; the focus stays, or goes to the last row.
+    void selectAll();
 
     // User actions: select a row, double-click it, tick its check box, click a column header,
     // release a mouse button.
     void userSelect(const std::string& key);
+    // The user extended or narrowed the selection of a multi-select list (no click event).
+    void userSetSelection(const std::vector<std::string>& keys);
     void userDoubleClick(const std::string& key);
     void userCheck(const std::string& key, bool checked);
     void userColumnClick(int column);
@@ -89,11 +101,15 @@ private:
     void updateSlot(const std::string& key, int column, std::vector<T> ListRow::*field, const T& value);
     template <typename T> void update(const std::string& key, T ListRow::*field, const T& value);
     void reindex();
+    // Keeps the selected rows that still exist, in row order, and a focus among them.
+    void keepSelection(std::vector<std::string> keys, std::string focus);
 
     std::vector<ListColumn> columns_;
     std::vector<ListRow> rows_;
     std::unordered_map<std::string, std::size_t> index_;
     std::string selectedKey_;
+    std::vector<std::string> selectedKeys_;
+    bool multiSelect_ = false;
     bool checkBoxes_ = false;
 };
 

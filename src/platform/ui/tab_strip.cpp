@@ -22,7 +22,20 @@ void TabStrip::setTabVisible(int index, bool visible)
     if (!valid(index) || tabs_[index].visible == visible)
         return;
     tabs_[index].visible = visible;
+    if (!visible && index == selected_)
+        selected_ = nearestVisible(index);
     notify(Change::Tabs, tabs_[index].key);
+}
+
+int TabStrip::nearestVisible(int hidden) const
+{
+    for (int i = hidden + 1; i < tabCount(); ++i)
+        if (tabs_[i].visible)
+            return i;
+    for (int i = hidden - 1; i >= 0; --i)
+        if (tabs_[i].visible)
+            return i;
+    return hidden;
 }
 
 void TabStrip::setSelectedIndex(int index)

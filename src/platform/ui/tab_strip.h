@@ -21,7 +21,8 @@ public:
     void setTabs(std::vector<Tab> tabs);
     [[nodiscard]] const std::vector<Tab>& tabs() const { return tabs_; }
     [[nodiscard]] int tabCount() const { return static_cast<int>(tabs_.size()); }
-    // Index -1 or one past the end are ignored by these setters.
+    // Index -1 or one past the end are ignored by these setters. Hiding the selected tab selects
+    // the next visible tab to its right, else to its left.
     void setTabCaption(int index, std::string caption);
     void setTabVisible(int index, bool visible);
 
@@ -34,6 +35,7 @@ public:
 
 private:
     [[nodiscard]] bool valid(int index) const { return index >= 0 && index < tabCount(); }
+    [[nodiscard]] int nearestVisible(int hidden) const;
 
     std::vector<Tab> tabs_;
     int selected_ = -1;

@@ -1,0 +1,105 @@
+#!/usr/bin/env bash
+# The running application polling a simulated pack over a pseudo-terminal, on a virtual display.
+#
+#   bench/screen/app_session.sh BIN cpu [SECONDS]     CPU share of zentavia polling at 1 s
+#   bench/screen/app_session.sh BIN shots DIR         screenshots while polling: the status bar at
+#                                                     800 and 1280 px, then a click on the second
+#                                                     tab of the parameter lists
+#
+# BIN is a build's bin folder (Release for figures). The pack is zentavia-packsim --wire-pacing
+# with 16 cells; the poll is started from the Commands menu as a user does, at a rate of 1 s.
+# SETTLE (seconds, default 30) is the wait for start-up; SHOT=FILE keeps a screenshot of the cpu
+# run, to see that the poll ran ("Polling Active").
+set -euo pipefail
+bin=$(cd "$1" && pwd)
+mode=$2
+arg=${3:-}
+
+run_dir=$(mktemp -d)
+pids=()
+cleanup() {
+  for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
+  wait 2>/dev/null || true
+  rm -rf "$run_dir"
+}
+trap cleanup EXIT INT TERM
+
+display=":$((90 + RANDOM % 100))"
+Xvfb "$display" -screen 0 1280x900x24 -nolisten tcp >"$run_dir/xvfb.log" 2>&1 &
+pids+=($!)
+export DISPLAY=$display
+
+link="$run_dir/ttyPACK"
+"$bin/zentavia-packsim" --link "$link" --wire-pacing --cells 16 >"$run_dir/packsim.log" 2>&1 &
+pids+=($!)
+for _ in $(seq 100); do [ -e "$link" ] && break; sleep 0.1; done
+
+cat >"$run_dir/settings.ini" <<INI
+[Ports]
+COM1=$link
+[Software\\Norvale Systems\\Zentavia 3\\Settings]
+PollingInterval=1
+INI
+ZENTAVIA_HOME="$bin" ZENTAVIA_SETTINGS="$run_dir/settings.ini" "$bin/zentavia" >"$run_dir/app.log" 2>&1 &
+app=$!
+pids+=($app)
+
+window=""
+for _ in $(seq 300); do
+  window=$(xdotool search --onlyvisible --name "Norvale Systems - Zentavia" 2>/dev/null | head -n 1 || true)
+  [ -n "$window" ] && break
+  sleep 0.2
+done
+[ -n "$window" ] || { echo "the main window did not appear" >&2; cat "$run_dir/app.log" >&2; exit 1; }
+# Start-up reads every parameter of the pack before the poll entry is available.
+sleep "${SETTLE:-30}"
+
+# The window at the top left of the display, then Commands > Poll Data with the mouse, where a
+# user finds them (the menu bar's third title; the entry's row of the open menu).
+place() {
+  xdotool windowmove "$window" 0 0 windowsize "$window" "$1" 860
+  sleep 1
+}
+start_poll() {
+  xdotool mousemove 140 8 click 1
+  sleep 0.7
+  xdotool mousemove 157 277 click 1
+  sleep 2
+}
+
+case "$mode" in
+  cpu)
+    seconds=${arg:-60}
+    place 1280
+    start_poll
+    read -r -a before < <(cut -d' ' -f14,15 "/proc/$app/stat")
+    start=$(date +%s.%N)
+    sleep "$seconds"
+    read -r -a after < <(cut -d' ' -f14,15 "/proc/$app/stat")
+    end=$(date +%s.%N)
+    awk -v u0="${before[0]}" -v s0="${before[1]}" -v u1="${after[0]}" -v s1="${after[1]}" \
+      -v t0="$start" -v t1="$end" -v hz="$(getconf CLK_TCK)" -v load="$(cut -d' ' -f1-3 /proc/loadavg)" 'BEGIN {
+        cpu = (u1 - u0 + s1 - s0) / hz; wall = t1 - t0
+        printf "zentavia polling 16 cells at 1 s over a pty: %.2f s CPU in %.1f s wall, %.1f %% (load average %s)\n", cpu, wall, 100 * cpu / wall, load
+      }'
+    [ -z "${SHOT:-}" ] || import -window root "$SHOT"
+    ;;
+  shots)
+    mkdir -p "$arg"
+    place 1280
+    start_poll
+    for width in 800 1280; do
+      place "$width"
+      sleep 2
+      import -window root -crop "${width}x860+0+0" "$arg/statusbar-$width.png"
+    done
+    # A click on the second tab of the parameter lists ("Status" at 1280 px) shows its list.
+    xdotool mousemove 732 61 click 1
+    sleep 2
+    import -window root -crop "1280x860+0+0" "$arg/second-tab-1280.png"
+    ;;
+  *)
+    echo "unknown mode $mode" >&2
+    exit 2
+    ;;
+esac
