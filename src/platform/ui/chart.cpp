@@ -27,6 +27,7 @@ void Chart::removeAddedChannels()
     if (channels_.size() <= fixedChannels_)
         return;
     channels_.resize(fixedChannels_);
+    ++dataGeneration_;
     changed(Change::Rows);
 }
 
@@ -68,6 +69,7 @@ void Chart::clearData()
 {
     for (auto& channel : channels_)
         channel.points.clear();
+    ++dataGeneration_;
     changed(Change::Cleared);
 }
 

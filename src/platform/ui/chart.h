@@ -56,6 +56,9 @@ public:
     void setChannelShown(std::size_t index, bool shown); // Visible and VisibleInLegend
     void addPoint(std::size_t index, double x, double y);
     void clearData();
+    // Counts the times points were dropped (clearData, removeAddedChannels): a binder that sees it
+    // change redraws from the stored points.
+    [[nodiscard]] unsigned dataGeneration() const { return dataGeneration_; }
 
     [[nodiscard]] const ChartAxis& xAxis() const { return xAxis_; }
     [[nodiscard]] std::size_t yAxisCount() const { return yAxes_.size(); }
@@ -90,6 +93,7 @@ private:
     ChartAxis xAxis_;
     std::vector<ChartAxis> yAxes_;
     std::string gridYAxisName_;
+    unsigned dataGeneration_ = 0;
     int updateDepth_ = 0;
     bool pending_ = false;
 };
