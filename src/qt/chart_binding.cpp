@@ -32,7 +32,8 @@ public:
     // Brings the plot in line with the chart and queues one replot. A change that the sync itself
     // causes (a tracked or zoomed range reported back) runs one more pass after it.
     void sync();
-    void connectEvents(std::vector<QMetaObject::Connection>& connections, const std::shared_ptr<ChartView>& self);
+    void connectEvents(
+        std::vector<QMetaObject::Connection>& connections, const std::shared_ptr<ChartView>& self);
 
 private:
     void syncPass();
@@ -70,8 +71,10 @@ ChartView::ChartView(ui::Chart& chart, QCustomPlot& plot)
         else
             yAxes_.push_back(rect->addAxis(i % 2 == 0 ? QCPAxis::atLeft : QCPAxis::atRight));
     }
-    for (QCPAxis* axis : yAxes_)
+    for (QCPAxis* axis : yAxes_) {
         axis->grid()->setVisible(false);
+        axis->setTickLabels(true);
+    }
     plot.setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);
     const QList<QCPAxis*> values(yAxes_.begin(), yAxes_.end());
     rect->setRangeDragAxes({ plot.xAxis }, values);

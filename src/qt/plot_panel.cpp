@@ -90,8 +90,8 @@ QWidget* plotArea(const frmMain& window, QWidget* columns, QWidget* parent)
     split->addWidget(plotPanel(window, split));
     split->setChildrenCollapsible(false);
     std::vector<QWidget*> watched;
-    for (const auto* control : std::array<const platform::ui::Control*, 3> { &window.SSTab, &window.SSTab1,
-             &window.fraStatus }) {
+    for (const auto* control :
+        std::array<const platform::ui::Control*, 3> { &window.SSTab, &window.SSTab1, &window.fraStatus }) {
         if (auto* widget = columns->findChild<QWidget*>(qs(control->name())))
             watched.push_back(widget);
     }
