@@ -85,7 +85,12 @@ ChartView::ChartView(ui::Chart& chart, QCustomPlot& plot)
     plot.plotLayout()->addElement(1, 0, plot.legend);
     plot.plotLayout()->setRowStretchFactor(1, 0.001);
     plot.legend->setFillOrder(QCPLayoutGrid::foColumnsFirst);
-    plot.legend->setWrap(9);
+    plot.legend->setWrap(7);
+    QFont small = plot.legend->font();
+    small.setPointSizeF(small.pointSizeF() * 0.85);
+    plot.legend->setFont(small);
+    // Thin lines without antialiasing keep a replot of many thousand points per line cheap.
+    plot.setNotAntialiasedElements(QCP::aePlottables);
 }
 
 void ChartView::connectEvents(
@@ -180,7 +185,7 @@ void ChartView::syncGraphs()
         const ui::ChartChannel& channel = chart_.channel(i);
         QCPGraph& graph = *graphs_[i];
         graph.setName(QString::fromStdString(channel.title));
-        graph.setPen(QPen(toQColor(channel.color), 1.5));
+        graph.setPen(QPen(toQColor(channel.color), 1));
         graph.setValueAxis(axisNamed(channel.yAxisName));
         graph.setVisible(channel.visible);
         if (channel.visibleInLegend)
