@@ -17,6 +17,8 @@ namespace {
 
 namespace ui = platform::ui;
 
+constexpr double kFitMargin = 1.1;
+
 // What the plot shows of an axis that the chart set: the range last taken from the chart or
 // reported back to it, and the zoom requests served.
 struct AxisState {
@@ -38,10 +40,12 @@ public:
 private:
     void syncPass();
     void syncGraphs();
+    void syncLegend();
     void syncPoints();
     void syncAxes();
     void syncAxis(QCPAxis& axis, const ui::ChartAxis& settings, AxisState& state, bool grid);
     void track();
+    void fit(QCPAxis& axis);
     void reportRange(QCPAxis* axis, const QCPRange& range);
     [[nodiscard]] QCPAxis* axisNamed(const std::string& name) const;
     [[nodiscard]] int channelOf(const QCPAbstractPlottable* plottable) const;
@@ -51,6 +55,7 @@ private:
     QPointer<QCustomPlot> plot_;
     std::vector<QCPAxis*> yAxes_;
     std::vector<QCPGraph*> graphs_;
+    std::vector<bool> legendEntries_;
     AxisState x_;
     std::vector<AxisState> y_;
     unsigned generation_ = 0;
@@ -188,10 +193,23 @@ void ChartView::syncGraphs()
         graph.setPen(QPen(toQColor(channel.color), 1));
         graph.setValueAxis(axisNamed(channel.yAxisName));
         graph.setVisible(channel.visible);
-        if (channel.visibleInLegend)
-            graph.addToLegend();
-        else
-            graph.removeFromLegend();
+    }
+    syncLegend();
+}
+
+// The legend lists the channels shown in it in channel order; it is refilled only on a change.
+void ChartView::syncLegend()
+{
+    std::vector<bool> entries(graphs_.size());
+    for (std::size_t i = 0; i < graphs_.size(); ++i)
+        entries[i] = chart_.channel(i).visibleInLegend;
+    if (entries == legendEntries_)
+        return;
+    legendEntries_ = std::move(entries);
+    plot_->legend->clearItems();
+    for (std::size_t i = 0; i < graphs_.size(); ++i) {
+        if (legendEntries_[i])
+            graphs_[i]->addToLegend();
     }
 }
 
@@ -235,8 +253,17 @@ void ChartView::syncAxis(QCPAxis& axis, const ui::ChartAxis& settings, AxisState
     }
     if (settings.zoomRequests != state.zooms) {
         state.zooms = settings.zoomRequests;
-        axis.rescale(true);
+        fit(axis);
     }
+}
+
+// Fits the axis to its visible lines; a value axis keeps a margin so that a flat line at the
+// edge stays clear of the axis.
+void ChartView::fit(QCPAxis& axis)
+{
+    axis.rescale(true);
+    if (&axis != plot_->xAxis)
+        axis.scaleRange(kFitMargin, axis.range().center());
 }
 
 // X: the newest point stays in view; Y: the axis follows its visible lines.
@@ -255,7 +282,7 @@ void ChartView::track()
     }
     for (std::size_t i = 0; i < yAxes_.size(); ++i) {
         if (chart_.yAxis(i).tracking)
-            yAxes_[i]->rescale(true);
+            fit(*yAxes_[i]);
     }
 }
 
