@@ -87,6 +87,16 @@ std::optional<double> plotValue(
     return leadingNumber(text);
 }
 
+void setDefaultXAxis(Chart& chart)
+{
+    chart.updateXAxis([](ChartAxis& a) {
+        a.min = 0;
+        a.span = kXSpan;
+        a.title = kXTitle;
+        a.titleShown = true;
+    });
+}
+
 void addPoint(Chart& chart, std::size_t channel, double x, std::optional<double> y)
 {
     if (y && channel < chart.channelCount())
@@ -155,6 +165,13 @@ void TrendPlot::wire()
     };
 }
 
+// Each Y axis is shown while its switch is on.
+void TrendPlot::showAxes(Chart& plot) const
+{
+    for (std::size_t i = 0; i < kPlotSwitches; ++i)
+        plot.updateYAxis(i, [on = switchOn(i)](ChartAxis& a) { a.visible = on; });
+}
+
 bool TrendPlot::switchOn(std::size_t index) const
 {
     return c_.form.iSwitchLed[index].value() == CheckBox::Checked;
@@ -190,16 +207,15 @@ Rgb TrendPlot::randomColor()
     return red | (green << 8) | (blue << 16);
 }
 
-void TrendPlot::addChannel(const std::string& title, const char* axis, Rgb color, bool shown)
+// Title, axis and colour of a channel; shown while the switch of its axis is on.
+void TrendPlot::describeChannel(std::size_t channel, const std::string& title, std::size_t axis, Rgb color)
 {
-    Chart& plot = c_.form.iPlot;
-    const std::size_t index = plot.addChannel();
-    plot.updateChannel(index, [&](platform::ui::ChartChannel& ch) {
+    c_.form.iPlot.updateChannel(channel, [&](platform::ui::ChartChannel& ch) {
         ch.title = title;
-        ch.yAxisName = axis;
+        ch.yAxisName = kYAxes[axis].name;
         ch.color = color;
-        ch.visible = shown;
-        ch.visibleInLegend = shown;
+        ch.visible = switchOn(axis);
+        ch.visibleInLegend = ch.visible;
     });
 }
 
@@ -210,31 +226,15 @@ void TrendPlot::BuildPlotChannels()
     plot.removeAddedChannels();
     for (int cell = 1; cell <= c_.globals.gNodeCount; ++cell) {
         const std::string number = std::to_string(cell);
-        addChannel("Voltage " + number, kYAxes[kPlotVoltage].name, randomColor(), switchOn(kPlotVoltage));
-        addChannel("Temperature " + number, kYAxes[kPlotTemperature].name, randomColor(),
-            switchOn(kPlotTemperature));
+        describeChannel(plot.addChannel(), "Voltage " + number, kPlotVoltage, randomColor());
+        describeChannel(plot.addChannel(), "Temperature " + number, kPlotTemperature, randomColor());
     }
-    const auto fixed = [&](std::size_t channel, const char* title, std::size_t axis, Rgb color) {
-        plot.updateChannel(channel, [&](platform::ui::ChartChannel& ch) {
-            ch.title = title;
-            ch.yAxisName = kYAxes[axis].name;
-            ch.color = color;
-            ch.visible = switchOn(axis);
-            ch.visibleInLegend = ch.visible;
-        });
-    };
-    fixed(0, "Current", kPlotCurrent, kRed);
-    fixed(1, "RSOC", kPlotSoc, kGreen);
-    addChannel("Board Temp", kYAxes[kPlotTemperature].name, kBlue, switchOn(kPlotTemperature));
-    BoardChannel = plot.channelCount() - 1;
-    plot.updateXAxis([](ChartAxis& a) {
-        a.min = 0;
-        a.span = kXSpan;
-        a.title = kXTitle;
-        a.titleShown = true;
-    });
-    for (std::size_t i = 0; i < kPlotSwitches; ++i)
-        plot.updateYAxis(i, [on = switchOn(i)](ChartAxis& a) { a.visible = on; });
+    describeChannel(0, "Current", kPlotCurrent, kRed);
+    describeChannel(1, "RSOC", kPlotSoc, kGreen);
+    BoardChannel = plot.addChannel();
+    describeChannel(BoardChannel, "Board Temp", kPlotTemperature, kBlue);
+    setDefaultXAxis(plot);
+    showAxes(plot);
     plot.endUpdate();
     c_.globals.CurrentNode = 0;
 }
@@ -269,8 +269,7 @@ void TrendPlot::reconfigure()
     plot.setChannelShown(1, switchOn(kPlotSoc));
     if (BoardChannel < plot.channelCount())
         plot.setChannelShown(BoardChannel, switchOn(kPlotTemperature));
-    for (std::size_t i = 0; i < kPlotSwitches; ++i)
-        plot.updateYAxis(i, [on = switchOn(i)](ChartAxis& a) { a.visible = on; });
+    showAxes(plot);
     plot.endUpdate();
 }
 
@@ -318,12 +317,7 @@ void TrendPlot::ResetXY()
 {
     Chart& plot = c_.form.iPlot;
     plot.beginUpdate();
-    plot.updateXAxis([](ChartAxis& a) {
-        a.min = 0;
-        a.span = kXSpan;
-        a.title = kXTitle;
-        a.titleShown = true;
-    });
+    setDefaultXAxis(plot);
     for (std::size_t i = 0; i < kPlotTemperature; ++i)
         setRange(plot, i, kYAxes[i].min, kYAxes[i].span, kYAxes[i].title);
     const bool kelvin = c_.globals.settings.TemperatureUnits == 0;

@@ -14,6 +14,10 @@
 #include <functional>
 #include <string>
 
+namespace zv::platform::ui {
+class Chart;
+}
+
 namespace zv {
 
 class PollCycle;
@@ -69,7 +73,9 @@ private:
     [[nodiscard]] bool switchOn(std::size_t index) const;
     void switchClicked(std::size_t index);
     [[nodiscard]] platform::Rgb randomColor();
-    void addChannel(const std::string& title, const char* axis, platform::Rgb color, bool shown);
+    void describeChannel(
+        std::size_t channel, const std::string& title, std::size_t axis, platform::Rgb color);
+    void showAxes(platform::ui::Chart& plot) const;
     void reconfigure();
     void plotSample();
     void showExpandedView();
