@@ -48,7 +48,7 @@ private:
     void fit(QCPAxis& axis);
     void reportRange(QCPAxis* axis, const QCPRange& range);
     [[nodiscard]] QCPAxis* axisNamed(const std::string& name) const;
-    [[nodiscard]] int channelOf(const QCPAbstractPlottable* plottable) const;
+    void choose(const QCPAbstractPlottable* plottable);
     void rightClick(const QPointF& pos);
 
     ui::Chart& chart_;
@@ -110,16 +110,14 @@ void ChartView::connectEvents(
     }
     connections.push_back(QObject::connect(plot, &QCustomPlot::legendClick, plot,
         [self](QCPLegend*, QCPAbstractLegendItem* item, QMouseEvent* event) {
-            auto* entry = qobject_cast<QCPPlottableLegendItem*>(item);
-            const int channel = entry ? self->channelOf(entry->plottable()) : -1;
-            if (channel >= 0 && event->button() == Qt::LeftButton)
-                self->chart_.userChannelClick(static_cast<std::size_t>(channel));
+            if (auto* entry = qobject_cast<QCPPlottableLegendItem*>(item);
+                entry && event->button() == Qt::LeftButton)
+                self->choose(entry->plottable());
         }));
     connections.push_back(QObject::connect(plot, &QCustomPlot::plottableClick, plot,
         [self](QCPAbstractPlottable* plottable, int, QMouseEvent* event) {
-            const int channel = self->channelOf(plottable);
-            if (channel >= 0 && event->button() == Qt::LeftButton)
-                self->chart_.userChannelClick(static_cast<std::size_t>(channel));
+            if (event->button() == Qt::LeftButton)
+                self->choose(plottable);
         }));
     connections.push_back(QObject::connect(plot, &QCustomPlot::mousePress, plot, [self](QMouseEvent* event) {
         if (event->button() == Qt::RightButton)
@@ -127,21 +125,22 @@ void ChartView::connectEvents(
     }));
 }
 
-// The channel under the mouse (a line or a legend entry) becomes the chosen one, then the menu.
-void ChartView::rightClick(const QPointF& pos)
-{
-    int channel = channelOf(plot_->plottableAt(pos));
-    if (auto* entry = dynamic_cast<QCPPlottableLegendItem*>(plot_->layoutElementAt(pos)))
-        channel = channelOf(entry->plottable());
-    if (channel >= 0)
-        chart_.userChannelClick(static_cast<std::size_t>(channel));
-    chart_.userRightClick();
-}
-
-int ChartView::channelOf(const QCPAbstractPlottable* plottable) const
+// A click on a channel's line or legend entry reports the channel.
+void ChartView::choose(const QCPAbstractPlottable* plottable)
 {
     const auto found = std::ranges::find(graphs_, plottable);
-    return found == graphs_.end() ? -1 : static_cast<int>(found - graphs_.begin());
+    if (found != graphs_.end())
+        chart_.userChannelClick(static_cast<std::size_t>(found - graphs_.begin()));
+}
+
+// The channel under the mouse (a line or a legend entry) is chosen first, then the menu shows.
+void ChartView::rightClick(const QPointF& pos)
+{
+    if (auto* entry = dynamic_cast<QCPPlottableLegendItem*>(plot_->layoutElementAt(pos)))
+        choose(entry->plottable());
+    else
+        choose(plot_->plottableAt(pos));
+    chart_.userRightClick();
 }
 
 void ChartView::sync()
