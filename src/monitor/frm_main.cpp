@@ -74,6 +74,11 @@ void frmMain::listControls()
         addControls({ &list });
     for (auto& list : lvParameters)
         addControls({ &list });
+    // The trend plot.
+    addControls({ &iPlot, &cmdToggleGridY, &cmdResetPlot, &cmdToggleTabView, &cmdZoomx, &cmdZoomy, &cmdTrackx,
+        &cmdTracky });
+    for (auto& plotSwitch : iSwitchLed)
+        addControls({ &plotSwitch });
 }
 
 void frmMain::buildStatusBar()

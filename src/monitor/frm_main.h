@@ -8,6 +8,7 @@
 
 #include "monitor/menu_tree.h"
 #include "platform/dialogs.h"
+#include "platform/ui/chart.h"
 #include "platform/ui/choice_controls.h"
 #include "platform/ui/list_view.h"
 #include "platform/ui/simple_controls.h"
@@ -250,6 +251,9 @@ public:
     platform::ui::MenuItem mnuPrintLvParameters { "mnuPrintLvParameters" };
     platform::ui::MenuItem mnulvNodes { "mnulvNodes" };
     platform::ui::MenuItem mnulvNodes_ReadParameters { "mnulvNodes_ReadParameters" };
+    platform::ui::MenuItem mnuPlotMenu { "mnuPlotMenu" };
+    platform::ui::MenuItem mnuGenerateColor { "mnuGenerateColor" };
+    platform::ui::MenuItem mnuSelectColor { "mnuSelectColor" };
 
     // The state labels above the parameters (the poll colours them).
     platform::ui::Label lblSHIP_BIT { "lblSHIP_BIT" };
@@ -275,6 +279,20 @@ public:
     platform::ui::ComboBox cmbPollRate { "cmbPollRate" };
     platform::ui::Button cmdCollapseCells { "cmdCollapseCells" };
     platform::ui::Button cmdCollapsePack { "cmdCollapsePack" };
+    // The trend plot (TrendPlot): the chart with current and RSOC channels and four Y axes, the
+    // switches that choose what it shows, and the buttons of PlotControls.
+    platform::ui::Chart iPlot { "iPlot", 2, 4 };
+    std::array<platform::ui::CheckBox, 4> iSwitchLed { platform::ui::CheckBox { "iSwitchLed(0)" },
+        platform::ui::CheckBox { "iSwitchLed(1)" }, platform::ui::CheckBox { "iSwitchLed(2)" },
+        platform::ui::CheckBox { "iSwitchLed(3)" } };
+    platform::ui::Button cmdToggleGridY { "cmdToggleGridY" };
+    platform::ui::Button cmdResetPlot { "cmdResetPlot" };
+    platform::ui::Button cmdToggleTabView { "cmdToggleTabView" };
+    platform::ui::Button cmdZoomx { "cmdZoomx" };
+    platform::ui::Button cmdZoomy { "cmdZoomy" };
+    platform::ui::Button cmdTrackx { "cmdTrackx" };
+    platform::ui::Button cmdTracky { "cmdTracky" };
+
     // The tab shown in SSTab (0-based); CellsChecked is given to every cell by the "Cell" header.
     int CurrentTab = 0;
     bool CellsChecked = true;

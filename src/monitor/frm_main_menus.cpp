@@ -238,6 +238,8 @@ void frmMain::buildMenus()
                 entry(mnuPrintLvParameters, "Print"),
             }),
         entry(mnulvNodes, "Nodes", { entry(mnulvNodes_ReadParameters, "Update Dynamic Data") }),
+        entry(mnuPlotMenu, "Plot",
+            { entry(mnuGenerateColor, "Generate Random Color"), entry(mnuSelectColor, "Select Color...") }),
     };
     for (const auto* tree : { &menuBar_, &popupMenus_ }) {
         forEachMenuNode(*tree, [this](const MenuNode& node) {

@@ -20,6 +20,7 @@ Monitor::Monitor(MonitorContext monitorContext)
     wireLoadSteps();
     wireMenus();
     wireLists();
+    wirePlot();
     context.form.refreshAvailability();
 }
 
@@ -90,7 +91,6 @@ void Monitor::wireLists()
     tabs.updateDeviceBits = [this] { poll.UpdateDeviceBits(); };
     tabs.parameterClicked = [this](const std::string& key) { edits.lvParameters_Click(key); };
     f.lvNodes.onItemClick = [this](const std::string& key) { edits.lvNodes_Click(key); };
-    f.lvNodes.onColumnClick = [this](int column) { edits.lvNodes_ColumnClick(column); };
     for (auto& list : f.lvParameters) {
         list.onItemClick = [this](const std::string& key) { edits.lvParameters_Click(key); };
         list.onDblClick = [this, &list](const std::string& key) { edits.editRow(list, key, false); };
@@ -109,6 +109,20 @@ void Monitor::wireLists()
     f.SSTab.onClick = [this] { edits.SSTab_Click(); };
     f.cmbPollRate.onClick = [this] { poll.choosePollRate(context.form.cmbPollRate.listIndex()); };
     wirePanelSizes(f);
+}
+
+// The plot's load step, its poll hooks, and the cells' check boxes and the "Cell" header.
+void Monitor::wirePlot()
+{
+    frmMain& f = context.form;
+    f.monitorSteps.plot = [this] { plot.loadPlot(); };
+    poll.hooks.updatePlot = [this] { plot.UpdatePlot(); };
+    poll.hooks.resetPlot = [this] { plot.resetPlot(); };
+    f.lvNodes.onItemCheck = [this](const std::string&, bool) { plot.ReconfigurePlotting(); };
+    f.lvNodes.onColumnClick = [this](int column) {
+        edits.lvNodes_ColumnClick(column);
+        plot.ReconfigurePlotting();
+    };
 }
 
 } // namespace zv

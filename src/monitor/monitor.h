@@ -7,6 +7,7 @@
 #include "monitor/parameter_edits.h"
 #include "monitor/parameter_tabs.h"
 #include "monitor/poll_cycle.h"
+#include "monitor/trend_plot.h"
 
 namespace zv {
 
@@ -22,11 +23,13 @@ public:
     PollCycle poll { context, tabs };
     ParameterEdits edits { context, tabs, poll };
     ListMenus menus { context, tabs, poll };
+    TrendPlot plot { context, poll };
 
 private:
     void wireLoadSteps();
     void wireMenus();
     void wireLists();
+    void wirePlot();
 };
 
 } // namespace zv

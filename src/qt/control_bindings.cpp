@@ -1,7 +1,6 @@
 #include "qt/control_bindings.h"
 
-#include "qt/status_panel_label.h"
-
+#include "platform/ui/chart.h"
 #include "platform/ui/choice_controls.h"
 #include "platform/ui/list_view.h"
 #include "platform/ui/rich_text_box.h"
@@ -9,7 +8,9 @@
 #include "platform/ui/status_bar.h"
 #include "platform/ui/tab_strip.h"
 #include "platform/ui/twips.h"
+#include "qt/chart_binding.h"
 #include "qt/qt_colors.h"
+#include "qt/status_panel_label.h"
 
 #include <QAction>
 #include <QButtonGroup>
@@ -161,8 +162,10 @@ bool bindButton(ui::Button& button, QAbstractButton& widget, const BindContext& 
 {
     mirror(
         button, widget, context, [](ui::Button& c, QAbstractButton& w, ui::Change what, const std::string&) {
-            if (all(what, ui::Change::Caption))
+            if (all(what, ui::Change::Caption)) {
                 w.setText(qs(c.caption()));
+                w.setToolTip(qs(c.toolTip()));
+            }
         });
     onUser(context, &widget, &QAbstractButton::clicked, [&button](bool) { button.click(); });
     return true;
@@ -489,6 +492,8 @@ bool bindControl(ui::Control& control, QObject& target, const BindContext& conte
         return bindMenuItem(*c, *as<QAction>(target), context);
     if (auto* c = dynamic_cast<ui::MenuItem*>(&control); c && as<QMenu>(target))
         return bindMenuItem(*c, *as<QMenu>(target)->menuAction(), context);
+    if (auto* c = dynamic_cast<ui::Chart*>(&control))
+        return bindChart(*c, target, context);
     if (auto* c = dynamic_cast<ui::TrayIcon*>(&control); c && as<QSystemTrayIcon>(target))
         return bindTrayIcon(*c, *as<QSystemTrayIcon>(target), context);
     if (auto* c = dynamic_cast<ui::ItemList*>(&control))

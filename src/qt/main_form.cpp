@@ -1,6 +1,7 @@
 #include "qt/main_form.h"
 
 #include "monitor/frm_main.h"
+#include "qt/plot_panel.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -133,7 +134,7 @@ std::unique_ptr<QMainWindow> makeMainForm(const frmMain& window)
         menu->setObjectName(qs(node.item->name()));
         addEntries(*menu, node.children);
     }
-    form->setCentralWidget(centralArea(window, form.get()));
+    form->setCentralWidget(plotArea(window, centralArea(window, nullptr), form.get()));
     form->statusBar()->setObjectName("sbStatusBar");
     if (QSystemTrayIcon::isSystemTrayAvailable()) {
         const QIcon icon = QApplication::windowIcon().isNull()

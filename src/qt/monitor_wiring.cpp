@@ -5,7 +5,11 @@
 #include "driver/cls_main.h"
 #include "monitor/frm_main.h"
 #include "platform/ui/show_modal.h"
+#include "qt/binder.h"
 #include "qt/editor_form.h"
+
+#include <QCursor>
+#include <QMenu>
 
 namespace zv::qt {
 
@@ -60,6 +64,7 @@ CommandHooks MonitorWiring::commandHooks()
         monitor_.poll.GatewayState = 1;
         monitor_.tabs.setUpLists();
         monitor_.tabs.NodeGrid_Load(1);
+        monitor_.plot.BuildPlotChannels();
     };
     hooks.deferCommit = [this] { monitor_.poll.runOrDefer(PendingCommand::Commit); };
     hooks.showSplash = s_.showSplash;
@@ -80,6 +85,7 @@ OutputServices MonitorWiring::outputServices()
     actions.readAllParameters = [this] { return monitor_.edits.Parameters_ReadAll(); };
     actions.readSelected = [this] { monitor_.edits.Parameters_ReadSelected(); };
     actions.loadTabs = [this] { monitor_.tabs.LoadTabs(); };
+    actions.resetXY = [this] { monitor_.plot.ResetXY(); };
     actions.requestRefresh = [this] { monitor_.poll.requestRefresh(); };
     return { c.globals, c.settings, c.dialogs, c.loop, c.programFolder, [main] { return main; },
         [&form] {
@@ -105,6 +111,12 @@ void MonitorWiring::wireMonitor()
     edits.hooks.setMousePointer = s_.setMousePointer;
     edits.hooks.closeSplash = s_.closeSplash;
     monitor_.poll.actions[static_cast<std::size_t>(PendingCommand::Commit)] = [this] { commitChanges(); };
+    frmMain& form = s_.context.form;
+    form.popupMenu = [this, &form](platform::ui::MenuItem& menu) {
+        QWidget* window = s_.binder.widgetOf(form);
+        if (auto* popup = window ? window->findChild<QMenu*>(QString::fromStdString(menu.name())) : nullptr)
+            popup->exec(QCursor::pos());
+    };
 }
 
 } // namespace zv::qt

@@ -50,12 +50,15 @@ public:
     using Control::Control;
     [[nodiscard]] const std::string& caption() const { return caption_; }
     void setCaption(std::string caption) { assign(caption_, std::move(caption), Change::Caption); }
+    [[nodiscard]] const std::string& toolTip() const { return toolTip_; }
+    void setToolTip(std::string toolTip) { assign(toolTip_, std::move(toolTip), Change::Caption); }
     // A click as the user makes it: nothing happens while hidden or disabled.
     void click();
     std::function<void()> onClick;
 
 private:
     std::string caption_;
+    std::string toolTip_;
 };
 
 class CheckBox : public Control {
