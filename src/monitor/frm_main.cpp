@@ -71,6 +71,9 @@ void frmMain::listControls()
         addControls({ &list });
     for (auto& list : lvParameters)
         addControls({ &list });
+    addControls({ &lvFET, &SSTabFlags });
+    for (auto& list : lvFlags)
+        addControls({ &list });
 }
 
 void frmMain::buildStatusBar()

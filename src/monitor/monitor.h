@@ -7,6 +7,7 @@
 #include "monitor/parameter_edits.h"
 #include "monitor/parameter_tabs.h"
 #include "monitor/poll_cycle.h"
+#include "monitor/status_panes.h"
 
 namespace zv {
 
@@ -14,6 +15,8 @@ class Monitor {
 public:
     // Fills the form's MonitorLoadSteps and wires its poll, read and write entries and lists.
     explicit Monitor(MonitorContext context);
+    // Takes the alarm hook back from gMain, which may outlive the monitor.
+    ~Monitor();
     Monitor(const Monitor&) = delete;
     Monitor& operator=(const Monitor&) = delete;
 
@@ -22,11 +25,13 @@ public:
     PollCycle poll { context, tabs };
     ParameterEdits edits { context, tabs, poll };
     ListMenus menus { context, tabs, poll };
+    StatusPanes panes { context };
 
 private:
     void wireLoadSteps();
     void wireMenus();
     void wireLists();
+    void wireStatusPanes();
 };
 
 } // namespace zv
