@@ -311,6 +311,7 @@ TEST_F(StatusPanesTest, PackAlarmBroadcastReachesBatteryStatusRows)
     rig.h.loop.advance(6000);
     EXPECT_GT(rig.h.driver().Link.BroadcastCount, before);
     EXPECT_GT(lit(), 0);
+    EXPECT_EQ(f.lvStatus.row("1bit")->icon, "infod") << "Alarm.cfg maps no alarm to the error code";
     const auto& status = parameter("Status").value;
     EXPECT_TRUE(status.isNumber()) << "MapAlarmsToStatus stored the mapped word";
 }
