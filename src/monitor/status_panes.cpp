@@ -27,6 +27,8 @@ inline constexpr const char* kFetRow = "fet";
 inline constexpr int kFetLamps = 3; // D-FET, C-FET, P-FET; the fourth is the fuse
 inline constexpr int kFuseColumn = 3;
 inline constexpr long kFuseBlownBit = 0x8000;
+inline constexpr int kFetWidth = 1250; // four lamps side by side in the column of the panes
+inline constexpr int kFlagWidth = 2600; // room for a safety bit's name
 inline constexpr int kSecondPairRow = 17;
 
 // The alert and status words of the safety grid, in the order ReadSafetyData shows them.
@@ -154,7 +156,8 @@ void StatusPanes::guarded(const char* procedure, const char* module, const std::
 void StatusPanes::buildRows()
 {
     frmMain& f = c_.form;
-    f.lvFET.setColumns({ { "DFET" }, { "CFET" }, { "PFET" }, { "Fuse" } });
+    f.lvFET.setColumns(
+        { { "DFET", kFetWidth }, { "CFET", kFetWidth }, { "PFET", kFetWidth }, { "Fuse", kFetWidth } });
     f.lvFET.clear();
     const SubItemStyle off { .icon = lamp::kOff };
     f.lvFET.addRow({ .key = kFetRow,
@@ -181,7 +184,7 @@ void StatusPanes::buildSafetyRows()
     ListView& list = c_.form.lvFlags[kSafetyFlagsList];
     std::vector<ListColumn> columns;
     for (const SafetyColumn& column : kSafetyColumns)
-        columns.push_back({ .header = column.title, .icon = lamp::kHelp });
+        columns.push_back({ .header = column.title, .widthTwips = kFlagWidth, .icon = lamp::kHelp });
     list.setColumns(std::move(columns));
     list.clear();
     const clsSMBusParameter* first = gateway("Safety Status");
