@@ -12,6 +12,7 @@
 
 #include <cmath>
 #include <optional>
+#include <vector>
 
 namespace zv {
 

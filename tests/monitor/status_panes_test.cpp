@@ -278,6 +278,30 @@ TEST_F(StatusPanesTest, BitEncodedParameterListsItsNamedBits)
     EXPECT_EQ(lampOf(f.lvStatus, "1bit").icon, "infod");
 }
 
+TEST_F(StatusPanesTest, ClickOnABitEncodedParameterRowListsItsBits)
+{
+    ParameterTabs& tabs = rig.monitor->tabs;
+    tabs.LoadTabs();
+    // The first tab that shows a bit-encoded parameter, and its row.
+    for (int tab = 0; tab < static_cast<int>(f.lvParameters.size()); ++tab) {
+        for (const auto& row : f.lvParameters[static_cast<std::size_t>(tab)].rows()) {
+            const clsSMBusParameter* shown
+                = tabs.parameterOfRow(f.lvParameters[static_cast<std::size_t>(tab)], row.key, 0);
+            if (!shown || shown->SubBlockDataType != 0)
+                continue;
+            f.SSTab.userSelect(tab);
+            tabs.currentParameters().userSelect(row.key);
+            EXPECT_EQ(f.fraStatus.caption(), "Bit Encoded Data");
+            int named = 0;
+            for (int bit = 1; bit <= 16; ++bit)
+                named += !shown->BitString.Item(bit)->data.empty();
+            EXPECT_EQ(f.lvStatus.rowCount(), named) << row.text;
+            return;
+        }
+    }
+    FAIL() << "no bit-encoded parameter in the lists";
+}
+
 TEST_F(StatusPanesTest, SampleAndSafetyReadFillThePanesFromThePack)
 {
     ASSERT_TRUE(rig.monitor->poll.ReadSafetyData());
