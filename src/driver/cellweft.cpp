@@ -7,6 +7,8 @@
 #include "platform/val.h"
 #include "usb/usb_adapter_factory.h"
 
+#include <filesystem>
+
 namespace zv {
 
 namespace {
@@ -113,6 +115,14 @@ bool clsCellWeft::GetDir(const DemoCapture& capture)
 int clsCellWeft::readConfig(int which)
 {
     const int result = Config.readConfig(which);
+    // The alarm broadcasts are mapped by Alarm.cfg, read with the gateway file. Without the file
+    // no alarm bit is mapped.
+    if (which != kCellConfigFile) {
+        Config.AlarmConfigFileName = s_.programFolder + "/Configuration Files/Alarm.cfg";
+        if (std::filesystem::exists(Config.AlarmConfigFileName))
+            (void)Config.ReadAlarmConfiguration();
+        Parameters.AlarmMap = Config.AlarmMap;
+    }
     Parameters.CountParametersPerFile();
     return result;
 }

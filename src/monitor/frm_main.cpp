@@ -79,6 +79,9 @@ void frmMain::listControls()
         &cmdTracky });
     for (auto& plotSwitch : iSwitchLed)
         addControls({ &plotSwitch });
+    addControls({ &lvFET, &SSTabFlags });
+    for (auto& list : lvFlags)
+        addControls({ &list });
 }
 
 void frmMain::buildStatusBar()

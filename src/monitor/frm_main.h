@@ -276,6 +276,12 @@ public:
     platform::ui::TabStrip SSTab { "SSTab" };
     platform::ui::Frame fraStatus { "fraStatus" };
     platform::ui::ListView lvStatus { "lvStatus" };
+    // The status panes: the FET row and the safety, system and battery flag grids, one list
+    // to each tab of SSTabFlags.
+    platform::ui::ListView lvFET { "lvFET" };
+    std::array<platform::ui::ListView, 3> lvFlags { platform::ui::ListView { "lvFlags(0)" },
+        platform::ui::ListView { "lvFlags(1)" }, platform::ui::ListView { "lvFlags(2)" } };
+    platform::ui::TabStrip SSTabFlags { "SSTabFlags" };
     platform::ui::ComboBox cmbPollRate { "cmbPollRate" };
     platform::ui::Button cmdCollapseCells { "cmdCollapseCells" };
     platform::ui::Button cmdCollapsePack { "cmdCollapsePack" };

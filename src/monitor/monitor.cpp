@@ -21,7 +21,13 @@ Monitor::Monitor(MonitorContext monitorContext)
     wireMenus();
     wireLists();
     wirePlot();
+    wireStatusPanes();
     context.form.refreshAvailability();
+}
+
+Monitor::~Monitor()
+{
+    context.main.hooks.broadcastAlarm = nullptr;
 }
 
 void Monitor::wireLoadSteps()
@@ -35,7 +41,10 @@ void Monitor::wireLoadSteps()
         context.form.lvGateway.setText(kGatewayRow, "Offline");
         poll.GatewayState = 2;
     };
-    steps.tabs = [this] { tabs.loadTabCaptions(); };
+    steps.tabs = [this] {
+        tabs.loadTabCaptions();
+        panes.buildRows();
+    };
     steps.pollRate = [this] {
         poll.fillPollRate();
         poll.tmrHeartbeat().setEnabled(!context.globals.gDemo && context.main.CellWeft().Status() == 0);
@@ -123,6 +132,19 @@ void Monitor::wirePlot()
         edits.lvNodes_ColumnClick(column);
         plot.ReconfigurePlotting();
     };
+}
+
+void Monitor::wireStatusPanes()
+{
+    frmMain& f = context.form;
+    poll.hooks.updateSafetyPanes = [this] { panes.showSafetyWords(); };
+    poll.hooks.updateSampleFlags = [this] { panes.showSampleFlags(); };
+    tabs.listBits = [this](const clsSMBusParameter& parameter) { panes.showBitEncoded(parameter); };
+    tabs.showBits = [this](const clsSMBusParameter& parameter) { panes.UpdatalvStatus(&parameter, false); };
+    f.lvGateway.onItemClick = [this](const std::string&) { panes.lvGateway_Click(); };
+    f.lvFlags[kSafetyFlagsList].onColumnClick = [this](int column) { panes.showColumnMeanings(column); };
+    f.SSTabFlags.onClick = [this] { panes.SSTabFlags_Click(); };
+    context.main.hooks.broadcastAlarm = [this](int word) { panes.BroadcastAlarmReceived(word); };
 }
 
 } // namespace zv

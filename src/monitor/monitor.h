@@ -7,6 +7,7 @@
 #include "monitor/parameter_edits.h"
 #include "monitor/parameter_tabs.h"
 #include "monitor/poll_cycle.h"
+#include "monitor/status_panes.h"
 #include "monitor/trend_plot.h"
 
 namespace zv {
@@ -15,6 +16,8 @@ class Monitor {
 public:
     // Fills the form's MonitorLoadSteps and wires its poll, read and write entries and lists.
     explicit Monitor(MonitorContext context);
+    // Takes the alarm hook back from gMain, which may outlive the monitor.
+    ~Monitor();
     Monitor(const Monitor&) = delete;
     Monitor& operator=(const Monitor&) = delete;
 
@@ -24,12 +27,14 @@ public:
     ParameterEdits edits { context, tabs, poll };
     ListMenus menus { context, tabs, poll };
     TrendPlot plot { context, poll };
+    StatusPanes panes { context };
 
 private:
     void wireLoadSteps();
     void wireMenus();
     void wireLists();
     void wirePlot();
+    void wireStatusPanes();
 };
 
 } // namespace zv

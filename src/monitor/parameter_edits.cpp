@@ -245,8 +245,8 @@ void ParameterEdits::lvParameters_Click(const std::string& key)
     const clsSMBusParameter* parameter = tabs_.parameterOfRow(tabs_.currentParameters(), key, 0);
     if (parameter && parameter->SubBlockDataType == 0) {
         f.fraStatus.setCaption(kBitEncodedCaption);
-        if (tabs_.showBits)
-            tabs_.showBits(*parameter);
+        if (tabs_.listBits)
+            tabs_.listBits(*parameter);
     } else {
         f.lvStatus.clear();
     }

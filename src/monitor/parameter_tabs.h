@@ -50,7 +50,9 @@ public:
     // The list of a cell (1..N), or of the gateway for 0.
     [[nodiscard]] ParameterList& parametersOf(int node) const;
 
-    // Filled by the status panes: the bit list of a bit-encoded parameter (UpdatalvStatus).
+    // Filled by the status panes: the bits of a clicked bit-encoded parameter listed anew, and
+    // their lamps redrawn for a new value (UpdatalvStatus).
+    std::function<void(const clsSMBusParameter&)> listBits;
     std::function<void(const clsSMBusParameter&)> showBits;
     // The three state labels (UpdateDeviceBits), refreshed by LoadTabs.
     std::function<void()> updateDeviceBits;

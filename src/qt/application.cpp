@@ -237,8 +237,10 @@ void Application::attachMonitor()
         MainWindowAccess& window = access_->mainWindow();
         window.IsTheDeviceWired = [this] { return monitor_ && monitor_->commands().IsTheDeviceWired(); };
         window.LoadTabs = [this] {
-            if (monitor_)
-                monitor_->monitor().tabs.LoadTabs();
+            if (!monitor_)
+                return;
+            monitor_->monitor().tabs.LoadTabs();
+            monitor_->monitor().panes.buildRows();
         };
         window.rebuildSelectedCellRows = [this] {
             if (monitor_ && globals_.CurrentNode > 0)

@@ -2,6 +2,7 @@
 
 #include "platform/ui/twips.h"
 #include "qt/control_bindings.h"
+#include "qt/icons.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -90,7 +91,10 @@ struct Binder::Binding {
     }
 };
 
-Binder::Binder() = default;
+Binder::Binder()
+    : iconProvider(iconByKey)
+{
+}
 Binder::~Binder() = default;
 
 std::vector<std::string> Binder::bind(ui::Window& window, std::unique_ptr<QWidget> widget)

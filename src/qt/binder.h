@@ -25,7 +25,7 @@ public:
     Binder(const Binder&) = delete;
     Binder& operator=(const Binder&) = delete;
 
-    // Images of list rows and status panels by key; none by default.
+    // Images of list rows, column titles and status panels by key; iconByKey by default.
     std::function<QIcon(const std::string& key)> iconProvider;
 
     // Takes ownership of the widget. Returns the names of the controls that found no widget.

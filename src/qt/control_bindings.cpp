@@ -302,6 +302,11 @@ void fillRow(QTreeWidgetItem& item, const ui::ListRow& row, const IconProvider* 
             item.setIcon(column, style.icon.empty() ? QIcon() : (*icons)(style.icon));
         if (style.foreColor)
             item.setForeground(column, QBrush(toQColor(*style.foreColor)));
+        if (style.bold) {
+            QFont font = item.font(column);
+            font.setBold(*style.bold);
+            item.setFont(column, font);
+        }
     }
     if (checkBoxes)
         item.setCheckState(0, row.checked ? Qt::Checked : Qt::Unchecked);
@@ -339,8 +344,12 @@ bool bindListView(ui::ListView& view, QTreeWidget& tree, const BindContext& cont
                 for (const auto& column : c.columns())
                     headers << qs(column.header);
                 w.setHeaderLabels(headers);
-                for (int i = 0; i < static_cast<int>(c.columns().size()); ++i)
-                    w.setColumnWidth(i, ui::twipsToPixels(c.columns()[i].widthTwips));
+                for (int i = 0; i < static_cast<int>(c.columns().size()); ++i) {
+                    const ui::ListColumn& column = c.columns()[static_cast<std::size_t>(i)];
+                    w.setColumnWidth(i, ui::twipsToPixels(column.widthTwips));
+                    if (*icons)
+                        w.headerItem()->setIcon(i, column.icon.empty() ? QIcon() : (*icons)(column.icon));
+                }
             }
             if (what == ui::Change::Rows) {
                 w.clear();

@@ -1,21 +1,20 @@
 #include "qt/main_form.h"
 
 #include "monitor/frm_main.h"
+#include "qt/list_widgets.h"
 #include "qt/plot_panel.h"
+#include "qt/status_panes_panel.h"
 
 #include <QApplication>
 #include <QComboBox>
-#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QSplitter>
-#include <QStackedWidget>
 #include <QStatusBar>
 #include <QStyle>
 #include <QSystemTrayIcon>
-#include <QTabBar>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -44,37 +43,6 @@ void addEntries(QMenu& menu, const std::vector<MenuNode>& nodes)
     }
 }
 
-template <typename W> W* named(const std::string& name, QWidget* parent)
-{
-    auto* widget = new W(parent);
-    widget->setObjectName(qs(name));
-    return widget;
-}
-
-QTreeWidget* list(const std::string& name, QWidget* parent)
-{
-    auto* tree = named<QTreeWidget>(name, parent);
-    tree->setSelectionMode(QAbstractItemView::SingleSelection);
-    tree->setContextMenuPolicy(Qt::CustomContextMenu);
-    return tree;
-}
-
-// A tab strip over a stack of lists; the stack shows the list of the chosen tab.
-QWidget* tabbedLists(const platform::ui::TabStrip& strip, const auto& lists, QWidget* parent)
-{
-    auto* box = new QWidget(parent);
-    auto* layout = new QVBoxLayout(box);
-    layout->setContentsMargins(0, 0, 0, 0);
-    auto* bar = named<QTabBar>(strip.name(), box);
-    auto* stack = new QStackedWidget(box);
-    for (const auto& view : lists)
-        stack->addWidget(list(view.name(), stack));
-    QObject::connect(bar, &QTabBar::currentChanged, stack, &QStackedWidget::setCurrentIndex);
-    layout->addWidget(bar);
-    layout->addWidget(stack);
-    return box;
-}
-
 QWidget* cellPanel(const frmMain& window, QWidget* parent)
 {
     auto* panel = new QWidget(parent);
@@ -85,10 +53,10 @@ QWidget* cellPanel(const frmMain& window, QWidget* parent)
     buttons->addStretch();
     buttons->addWidget(named<QComboBox>(window.cmbPollRate.name(), panel));
     layout->addLayout(buttons);
-    auto* gateway = list(window.lvGateway.name(), panel);
+    auto* gateway = reportList(window.lvGateway.name(), panel);
     gateway->setMaximumHeight(64);
     layout->addWidget(gateway);
-    layout->addWidget(list(window.lvNodes.name(), panel), 2);
+    layout->addWidget(reportList(window.lvNodes.name(), panel), 2);
     layout->addWidget(tabbedLists(window.SSTab1, window.lvProperties, panel), 1);
     return panel;
 }
@@ -103,10 +71,6 @@ QWidget* parameterPanel(const frmMain& window, QWidget* parent)
     states->addStretch();
     layout->addLayout(states);
     layout->addWidget(tabbedLists(window.SSTab, window.lvParameters, panel), 3);
-    auto* frame = named<QGroupBox>(window.fraStatus.name(), panel);
-    auto* frameLayout = new QVBoxLayout(frame);
-    frameLayout->addWidget(list(window.lvStatus.name(), frame));
-    layout->addWidget(frame, 1);
     return panel;
 }
 
@@ -115,6 +79,7 @@ QWidget* centralArea(const frmMain& window, QWidget* parent)
     auto* split = new QSplitter(parent);
     split->addWidget(cellPanel(window, split));
     split->addWidget(parameterPanel(window, split));
+    split->addWidget(statusPanesPanel(window, split));
     return split;
 }
 

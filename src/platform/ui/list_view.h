@@ -16,12 +16,14 @@ namespace zv::platform::ui {
 struct ListColumn {
     std::string header;
     int widthTwips = 1440;
+    std::string icon; // key of an image beside the title, empty for none
 };
 
-// The look of one sub-item where it differs from its row: an icon and a text colour.
+// The look of one sub-item where it differs from its row: an icon, a text colour, bold.
 struct SubItemStyle {
     std::string icon;
     std::optional<Rgb> foreColor;
+    std::optional<bool> bold; // none: as its row
     bool operator==(const SubItemStyle&) const = default;
 };
 
