@@ -47,7 +47,7 @@ frmMain::frmMain(MainFormContext context)
     , context_(std::move(context))
 {
     setCaption(kAppTitle);
-    setBounds({ 0, 0, 13500, 9000 });
+    setBounds({ 0, 0, 19200, 12600 });
     buildMenus();
     wireMenus();
     buildStatusBar();

@@ -9,6 +9,7 @@
 #include "monitor/parameter_tabs.h"
 #include "params/number_text.h"
 #include "params/runtime_error.h"
+#include "platform/val.h"
 
 #include <cmath>
 #include <optional>
@@ -99,7 +100,7 @@ std::optional<long> wordOf(const DynamicValue& value, const DisplaySettings& dis
 // The bits that are faults when set, from the units column.
 long faultMask(const clsSMBusParameter& parameter)
 {
-    return std::lround(leadingNumber(parameter.EngineeringUnitsString));
+    return std::lround(Val(parameter.EngineeringUnitsString));
 }
 
 // The icon of a lamp: the row's own in column 0, a sub-item's in another column.

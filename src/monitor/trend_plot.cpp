@@ -8,6 +8,7 @@
 #include "monitor/main_title.h"
 #include "monitor/poll_cycle.h"
 #include "platform/event_loop.h"
+#include "platform/val.h"
 
 #include <array>
 #include <optional>
@@ -84,7 +85,7 @@ std::optional<double> plotValue(
     const std::string text = parameter->ToString(mode, display);
     if (auto number = parseNumber(text, display.locale.decimalSeparator))
         return number;
-    return leadingNumber(text);
+    return Val(text);
 }
 
 void setDefaultXAxis(Chart& chart)

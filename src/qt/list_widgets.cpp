@@ -1,5 +1,6 @@
 #include "qt/list_widgets.h"
 
+#include <QHeaderView>
 #include <QStackedWidget>
 #include <QTabBar>
 #include <QTreeWidget>
@@ -22,8 +23,12 @@ QWidget* tabbedLists(const std::string& stripName, const std::vector<std::string
     layout->setContentsMargins(0, 0, 0, 0);
     auto* bar = named<QTabBar>(stripName, box);
     auto* stack = new QStackedWidget(box);
-    for (const auto& name : listNames)
-        stack->addWidget(reportList(name, stack));
+    for (const auto& name : listNames) {
+        QTreeWidget* list = reportList(name, stack);
+        // Names are read whole: each column is as wide as its longest text, the last takes the rest.
+        list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+        stack->addWidget(list);
+    }
     QObject::connect(bar, &QTabBar::currentChanged, stack, &QStackedWidget::setCurrentIndex);
     layout->addWidget(bar);
     layout->addWidget(stack);

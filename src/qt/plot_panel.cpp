@@ -35,12 +35,16 @@ QWidget* plotPanel(const frmMain& window, QWidget* parent)
         row->addWidget(box);
     }
     row->addStretch();
+    layout->addLayout(row);
+    // The buttons on a row of their own, so that a narrow window still shows all of them.
+    row = new QHBoxLayout;
     for (const auto* button : { &window.cmdToggleGridY, &window.cmdResetPlot, &window.cmdToggleTabView,
              &window.cmdZoomx, &window.cmdZoomy, &window.cmdTrackx, &window.cmdTracky }) {
         auto* push = new QPushButton(panel);
         push->setObjectName(qs(button->name()));
         row->addWidget(push);
     }
+    row->addStretch();
     layout->addLayout(row);
     auto* plot = new QCustomPlot(panel);
     plot->setObjectName(qs(window.iPlot.name()));
@@ -72,7 +76,7 @@ protected:
             bar->parentWidget()->setVisible(shown);
         const bool expanded
             = std::ranges::all_of(watched_, [](const QWidget* widget) { return widget->isHidden(); });
-        splitter_.setSizes(expanded ? QList<int> { 1000, 3000 } : QList<int> { 3000, 2000 });
+        splitter_.setSizes(expanded ? QList<int> { 2000, 3000 } : QList<int> { 3000, 2000 });
         return false;
     }
 

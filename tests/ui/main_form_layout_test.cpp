@@ -2,6 +2,7 @@
 // reaches the control, also with hidden tabs before the clicked one; the status-bar panels share
 // the window's width without running over each other.
 
+#include "core/settings_table.h"
 #include "monitor/monitor_fixture.h"
 #include "qt/binder.h"
 #include "qt/main_form.h"
@@ -30,9 +31,11 @@ protected:
     static void SetUpTestSuite() { test::ensureWidgets(); }
 
     // The pack's main window as start-up leaves it, with its tab captions from the target (tabs
-    // without a caption hidden) and the live monitor's handlers.
+    // without a caption hidden) and the live monitor's handlers; the plot not expanded, so that
+    // the tabs show.
     MainFormLayout()
     {
+        writeSetting(rig.h.settings, "ExpandedPlot", "0");
         EXPECT_TRUE(rig.load());
         EXPECT_TRUE(rig.h.driver().GetAllValues());
         rig.monitor->tabs.LoadTabs();
