@@ -1,5 +1,7 @@
 #include "access/crypt_text.h"
 
+#include "platform/text.h"
+
 #include <optional>
 #include <vector>
 
@@ -11,32 +13,18 @@ std::span<const std::uint8_t> bytesOf(std::string_view text)
     return { reinterpret_cast<const std::uint8_t*>(text.data()), text.size() };
 }
 
-std::optional<int> hexDigit(char c)
-{
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    if (c >= 'A' && c <= 'F') {
-        return c - 'A' + 10;
-    }
-    if (c >= 'a' && c <= 'f') {
-        return c - 'a' + 10;
-    }
-    return std::nullopt;
-}
-
 // One byte a pair of digits; a single digit left at the end is not a byte.
 std::optional<std::vector<std::uint8_t>> bytesFromHex(std::string_view hex)
 {
     std::vector<std::uint8_t> bytes;
     bytes.reserve(hex.size() / 2);
     for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
-        const auto high = hexDigit(hex[i]);
-        const auto low = hexDigit(hex[i + 1]);
-        if (!high || !low) {
+        const int high = platform::hexDigitValue(hex[i]);
+        const int low = platform::hexDigitValue(hex[i + 1]);
+        if (high < 0 || low < 0) {
             return std::nullopt;
         }
-        bytes.push_back(static_cast<std::uint8_t>(*high * 16 + *low));
+        bytes.push_back(static_cast<std::uint8_t>(high * 16 + low));
     }
     return bytes;
 }

@@ -7,17 +7,6 @@ namespace zv {
 
 namespace {
 
-int hexValue(char c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    return -1;
-}
-
 std::string tildeBytes(std::span<const std::uint8_t> bytes)
 {
     std::string text;
@@ -81,8 +70,8 @@ std::optional<std::uint8_t> hexPairAt(std::string_view text, std::size_t pos)
 {
     if (pos + 2 > text.size())
         return std::nullopt;
-    const int hi = hexValue(text[pos]);
-    const int lo = hexValue(text[pos + 1]);
+    const int hi = platform::hexDigitValue(text[pos]);
+    const int lo = platform::hexDigitValue(text[pos + 1]);
     if (hi < 0 || lo < 0)
         return std::nullopt;
     return static_cast<std::uint8_t>(hi * 16 + lo);

@@ -12,6 +12,17 @@ bool equalsIgnoreCase(std::string_view a, std::string_view b)
     });
 }
 
+int hexDigitValue(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    return -1;
+}
+
 std::string byteHex(std::uint8_t byte)
 {
     constexpr std::string_view kDigits = "0123456789ABCDEF";

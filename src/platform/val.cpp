@@ -1,5 +1,7 @@
 #include "platform/val.h"
 
+#include "platform/text.h"
+
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -19,23 +21,12 @@ std::string withoutBlanks(std::string_view text)
     return compact;
 }
 
-int digitValue(char c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return 99;
-}
-
 double radixValue(std::string_view digits, int radix)
 {
     std::uint64_t value = 0;
     for (char c : digits) {
-        const int d = digitValue(c);
-        if (d >= radix || value > (UINT64_MAX >> 4))
+        const int d = platform::hexDigitValue(c);
+        if (d < 0 || d >= radix || value > (UINT64_MAX >> 4))
             break;
         value = value * static_cast<std::uint64_t>(radix) + static_cast<std::uint64_t>(d);
     }
