@@ -32,7 +32,10 @@ QWidget* statusPanesPanel(const frmMain& window, QWidget* parent)
     layout->addWidget(flags, 3);
     auto* frame = named<QGroupBox>(window.fraStatus.name(), panel);
     auto* frameLayout = new QVBoxLayout(frame);
-    frameLayout->addWidget(reportList(window.lvStatus.name(), frame));
+    // The bit list has no column titles: the frame's caption says what it lists.
+    auto* bits = reportList(window.lvStatus.name(), frame);
+    bits->setHeaderHidden(true);
+    frameLayout->addWidget(bits);
     layout->addWidget(frame, 2);
     return panel;
 }
