@@ -115,7 +115,7 @@ TEST_F(StatusPanesTest, RowsAreBuiltFromTheBitNamesAndOnlyTheShownTabIsVisible)
     EXPECT_TRUE(f.lvFlags[2].visible());
 }
 
-TEST_F(StatusPanesTest, SafetyGridCountsAlertAndStatusOnAllFourPairs)
+TEST_F(StatusPanesTest, SafetyGridCountsAlertAndStatusOnAllFourPairsAndTheFuseLampFollows)
 {
     struct Pair {
         const char* alert;
@@ -148,10 +148,8 @@ TEST_F(StatusPanesTest, SafetyGridCountsAlertAndStatusOnAllFourPairs)
     panes.showSafetyWords();
     EXPECT_EQ(lampOf(f.lvFlags[0], "1").icon, "ledred");
     EXPECT_EQ(lampOf(f.lvFlags[0], "17").icon, "ledoff");
-}
 
-TEST_F(StatusPanesTest, FuseLampFollowsTheTopBitOfSafetyFlags)
-{
+    // The fuse lamp follows the top bit of "Safety Flags".
     for (const auto& [word, icon] : { std::pair { 0x8000, "ledred" }, { 0x7FFF, "ledgreen" } }) {
         setWord("Safety Flags", word);
         panes.showSafetyWords();
