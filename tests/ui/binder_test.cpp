@@ -165,7 +165,6 @@ TEST(LogForms, CloseBoxesAndColouredText)
     eventForm->close(); // really closes: the text goes
     EXPECT_FALSE(events.loaded());
     EXPECT_EQ(events.txtEvent.text(), "");
-    EXPECT_EQ(store.value("Software\\Norvale Systems\\Zentavia 3\\Settings", "EventLogWidth"), "7000");
 }
 
 TEST(FileFilter, ConvertsToQtFilters)
