@@ -1,6 +1,7 @@
-// The main window's widgets as the user meets them: a click on a tab shows that tab's list and
-// reaches the control, also with hidden tabs before the clicked one; the status-bar panels share
-// the window's width without running over each other.
+// The main window's widgets as the user meets them: menus, labels and panels bound by name follow
+// their controls; a click on a tab shows that tab's list and reaches the control, also with hidden
+// tabs before the clicked one; the status-bar panels share the window's width without running
+// over each other.
 
 #include "core/settings_table.h"
 #include "monitor/monitor_fixture.h"
@@ -105,8 +106,8 @@ TEST_F(MainFormLayout, MenusPanelsAndLabelsBindByNameAndFollowTheirControls)
     form()->findChild<QAction*>("mnuEventLog")->trigger();
     EXPECT_TRUE(rig.logs.eventLog().visible());
     EXPECT_EQ(form()->findChild<QLabel*>("lblCONFIG_BIT")->text(), "Configured");
-    window.sbStatusBar.setPanelText("HLK", "Idle");
-    EXPECT_EQ(dynamic_cast<StatusPanelLabel*>(form()->findChild<QWidget*>("HLK"))->text(), "Idle");
+    window.sbStatusBar.setPanelText("HLK", "Lost Comms");
+    EXPECT_EQ(dynamic_cast<StatusPanelLabel*>(form()->findChild<QWidget*>("HLK"))->text(), "Lost Comms");
     EXPECT_EQ(form()->windowTitle().toStdString(), window.caption());
     rig.logs.eventLog().unload();
 }
