@@ -4,26 +4,16 @@
 #include "platform/testing/virtual_event_loop.h"
 #include "qt/binder.h"
 #include "qt/commands_forms.h"
-
-#include <QApplication>
+#include "ui/widgets_app.h"
 
 #include <gtest/gtest.h>
 
 namespace zv::test {
 namespace {
 
-void ensureApplication()
-{
-    static int argc = 1;
-    static char name[] = "test_commands";
-    static char* argv[] = { name, nullptr };
-    if (!QApplication::instance())
-        new QApplication(argc, argv);
-}
-
 TEST(CommandsForms, SafeDisconnectBindsAndCannotBeClosedByTheUser)
 {
-    ensureApplication();
+    ensureWidgets();
     platform::VirtualEventLoop loop;
     frmSafeDisconnect window({ loop, [] { return true; }, {} });
     auto form = qt::makeCommandsFormFor(window.name());

@@ -53,18 +53,6 @@ TEST_F(CommitTest, SilentCommitShowsNothingButClearsTheFlag)
     EXPECT_EQ(h.pack->model().files.get("Design Capacity"), changed);
 }
 
-TEST_F(CommitTest, RefusedCommitKeepsTheFlagAndNotifiesTheFailure)
-{
-    (void)writeDesignCapacity();
-    h.pack->faults().forcedStatus = 5;
-
-    EXPECT_FALSE(commands->CommitChanges(false));
-
-    EXPECT_TRUE(h.driver().Parameters.ParametersWritten);
-    expectOnlyNotification(
-        "Commit Changes Failed", "An error has occurred while trying to commit.", platform::Icon::Critical);
-}
-
 TEST_F(CommitTest, WiringEnablesTheCommandsAndLeavesCommitToWrittenParameters)
 {
     frmMain& window = *made;

@@ -69,18 +69,6 @@ TEST_F(SafeDisconnectTest, APackThatStaysEndsTheApplicationWhenTheTimeIsUp)
     EXPECT_TRUE(h.dialogs.notifications().empty());
 }
 
-TEST_F(SafeDisconnectTest, RefusedCommandNotifiesAndKeepsTheApplication)
-{
-    h.pack->faults().forcedStatus = 5;
-
-    made->mnuSafeDisconnect.onClick();
-
-    EXPECT_EQ(exitAt, -1);
-    EXPECT_FALSE(commands->safeDisconnect().visible());
-    expectOnlyNotification("Safe Disconnect Failed",
-        "An error has occurred while trying to enable safe disconnect.", platform::Icon::Critical);
-}
-
 TEST_F(CommandsTest, ConnectDetectsLoadsAndReadsAllOrStopsOrTakesTheDemoCapture)
 {
     bool detected = true;

@@ -54,15 +54,6 @@ TEST_F(InitializeTest, InitializeComesBackWithTheLinkUpAndReadsEverything)
     EXPECT_TRUE(h.driver().GetFile(1, text));
 }
 
-TEST_F(InitializeTest, RefusedInitializeNotifiesAndReadsNothing)
-{
-    h.pack->faults().forcedStatus = 5;
-    EXPECT_FALSE(commands->CommandInitialize(true));
-    EXPECT_FALSE(called("Parameters_ReadAll"));
-    expectOnlyNotification("Initialization Failed", "An error has occurred while trying to initialize.",
-        platform::Icon::Critical);
-}
-
 TEST_F(InitializeTest, RelearnLosesUncommittedCalibrationPreserveKeepsIt)
 {
     setDeviceWired(true);

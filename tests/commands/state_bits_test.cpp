@@ -2,6 +2,7 @@
 
 #include "commands_fixture.h"
 
+#include "commands/frm_safe_disconnect.h"
 #include "core/active_form.h"
 #include "driver/cls_main.h"
 
@@ -77,12 +78,39 @@ TEST_F(CommandsTest, ResetFuseClearsTheFuseCommitsSilentlyAndRefreshes)
     EXPECT_TRUE(called("LoadTabs"));
 }
 
-TEST_F(CommandsTest, RefusedResetFuseNotifiesTheFailure)
+// A device that refuses the command: the failure is told and nothing that follows success runs.
+TEST_F(CommandsTest, RefusedCommandsNotifyTheFailureAndGoNoFurther)
 {
-    h.pack->faults().forcedStatus = 5;
-    EXPECT_FALSE(commands->ResetFuse());
-    expectOnlyNotification("Reset Fuse Failed", "An error has occurred while trying to reset the fuse.",
-        platform::Icon::Critical);
+    auto& d = h.driver();
+    d.GatewayParameters.FindByName("Design Capacity")->NewValue = 1000;
+    ASSERT_TRUE(d.WriteParameter("Design Capacity", 0));
+    struct Refusal {
+        std::function<void()> run;
+        std::string title, text;
+    };
+    const std::vector<Refusal> refusals {
+        { [this] { EXPECT_FALSE(commands->CommitChanges(false)); }, "Commit Changes Failed",
+            "An error has occurred while trying to commit." },
+        { [this] { EXPECT_FALSE(commands->CommandInitialize(true)); }, "Initialization Failed",
+            "An error has occurred while trying to initialize." },
+        { [this] { EXPECT_FALSE(commands->ResetFuse()); }, "Reset Fuse Failed",
+            "An error has occurred while trying to reset the fuse." },
+        { [this] { made->mnuSafeDisconnect.onClick(); }, "Safe Disconnect Failed",
+            "An error has occurred while trying to enable safe disconnect." },
+    };
+    for (std::size_t i = 0; i < refusals.size(); ++i) {
+        SCOPED_TRACE(refusals[i].title);
+        h.pack->faults().forcedStatus = 5; // the next command's status
+        refusals[i].run();
+        ASSERT_EQ(h.dialogs.notifications().size(), i + 1);
+        EXPECT_EQ(h.dialogs.notifications().back().title, refusals[i].title);
+        EXPECT_EQ(h.dialogs.notifications().back().text, refusals[i].text);
+        EXPECT_EQ(h.dialogs.notifications().back().icon, platform::Icon::Critical);
+    }
+    EXPECT_TRUE(d.Parameters.ParametersWritten) << "the commit is still due";
+    EXPECT_FALSE(called("Parameters_ReadAll"));
+    EXPECT_FALSE(called("exit"));
+    EXPECT_FALSE(commands->safeDisconnect().visible());
 }
 
 TEST_F(CommandsTest, RebuildOfABuiltLanStillRebuildsTheViews)

@@ -4,6 +4,7 @@
 #include "editor_fixture.h"
 #include "qt/binder.h"
 #include "qt/editor_form.h"
+#include "ui/widgets_app.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -14,15 +15,6 @@
 using namespace zv;
 
 namespace {
-
-void ensureApplication()
-{
-    static int argc = 1;
-    static char name[] = "test_editor";
-    static char* argv[] = { name, nullptr };
-    if (!QApplication::instance())
-        new QApplication(argc, argv);
-}
 
 void typeKey(QLineEdit& box, char key)
 {
@@ -36,7 +28,7 @@ class EditorFormTest : public ::testing::Test, public test::EditorFixture { };
 
 TEST_F(EditorFormTest, TheWidgetFiltersKeysAndLimitsLength)
 {
-    ensureApplication();
+    test::ensureWidgets();
     qt::Binder binder;
     auto widget = qt::makeEditParameterForm(form);
     QLineEdit* box = widget->findChild<QLineEdit*>("txtNewValue");

@@ -1,3 +1,4 @@
+#include "access/menu_policy.h"
 #include "core/error_handler.h"
 #include "core/temp_folder.h"
 #include "main_form_fixture.h"
@@ -48,11 +49,6 @@ TEST_F(FrmMainTest, MenuBarHoldsEveryMenuInOrderWithItsCaption)
             "mnuView=Advanced", "mnuConfigure=Configure", "mnuUtilities=Utilities", "mnuHelp=Help" }));
 
     const MenuNode& file = form.menuBar().front();
-    EXPECT_EQ(childNames(file),
-        (std::vector<std::string> { "mnuApplicationSettings", "mnuLoadSeperator", "mnuCalibrationData",
-            "mnuLoadSeperator2", "mnuPackConfiguration", "mnuPPsep2", "mnuDataSet", "mnusepAdvanced1",
-            "mnuLoadChemistryData", "mnuVerifyChemistryData", "mnuSep1", "mnuChangeUserAccessLevel",
-            "mnuAccessLevel", "mnuSep2", "mnuSavePackInfo", "mnuSep10", "mnuPreferences", "mnuExit" }));
     EXPECT_TRUE(file.children[1].isSeparator());
     EXPECT_EQ(childNames(file.children[4]),
         (std::vector<std::string> { "mnuLoadPackConfiguration", "mnuLoadPackConfigurationRelearn",
@@ -65,20 +61,8 @@ TEST_F(FrmMainTest, MenuBarHoldsEveryMenuInOrderWithItsCaption)
 
 TEST_F(FrmMainTest, EveryNameThePolicyAndTheCommandsUseIsAControlOnceOnly)
 {
-    const std::vector<std::string> policy { "mnuApplicationSettings", "mnuLoadSeperator", "mnuSep2",
-        "mnuSep10", "mnuConnect", "mnutoggleSep", "mnuPollAllContinuously", "mnuStopPolling",
-        "mnuResetPolling", "mnuSep6", "mnuPollAllOnce", "mnuReadAllNodes", "mnuWritePendingChanges",
-        "mnuCommit", "mnuConfigure", "mnuBootstrapLoader", "mnuSMBReadWrite", "mnuSmbusAddress",
-        "mnuSepAddons", "mnuAddOns", "mnuCalibrationData", "mnuLoadSeperator2", "mnuPackConfiguration",
-        "mnuPPsep2", "mnuDataSet", "mnusepAdvanced1", "mnuLoadChemistryData", "mnuVerifyChemistryData",
-        "mnusep1", "mnuAccessLevel", "mnuSavePackInfo", "mnulogging", "mnuSafeDisconnect", "mnuInitialize",
-        "mnuRelearn", "mnuResetFuse", "mnuToggleSM", "mnuToggleWired", "mnuPollSeperator",
-        "mnuViewSafetyHistory", "mnuPollSeperator2", "mnuCalibration", "mnuView", "mnuToggleConfigure",
-        "mnuViewTemperatureHistory", "mnuViewVoltageHistory", "mnuChangeUserAccessLevel", "mnuRebuildLAN",
-        "mnuReadSelectedNode" };
-    ASSERT_EQ(policy.size(), 49u);
-    for (const auto& name : policy)
-        EXPECT_TRUE(dynamic_cast<ui::MenuItem*>(form.findControl(name))) << name;
+    for (const clsMenu& row : BuildMenuPolicy())
+        EXPECT_TRUE(dynamic_cast<ui::MenuItem*>(form.findControl(row.menuName))) << row.menuName;
     for (const char* name : { "mnuStartLogging", "mnuStopLogging", "mnuloogingsep1", "mnuParameters_Write",
              "mnuParameters_RevertAll", "mnuParameters_commit", "mnulvNodes_ReadParameters", "mnuCal470",
              "mnuRelearnPreserve", "mnuInformationOnline", "mnuTechnicalReferenceManual" })

@@ -2,6 +2,7 @@
 // frmMain with its services: the driver on the in-process simulator, the application logs, the
 // scripted dialogs and a desktop that records what it was asked to open.
 
+#include "core/active_form.h"
 #include "core/app_logs.h"
 #include "monitor/frm_main.h"
 #include "platform/desktop.h"
@@ -26,7 +27,24 @@ public:
     bool starts = true;
 };
 
-class MainFormTest : public ::testing::Test {
+// What frmMain is made with besides its own folder and desktop.
+struct MainFormServices {
+    explicit MainFormServices(zvsim::PackOptions pack = {})
+        : h(pack)
+    {
+    }
+
+    SimHarness h;
+    ActiveForm activeForm;
+    LogWindowContext logContext { h.settings,
+        [] {
+            return platform::ui::ScreenSize { 28800, 16200 };
+        },
+        programFolder() };
+    AppLogs logs { h.globals, logContext, h.loop, activeForm };
+};
+
+class MainFormTest : public ::testing::Test, protected MainFormServices {
 protected:
     // The window reads its program folder when it is made.
     frmMain& makeForm(const std::string& folder = programFolder())
@@ -38,15 +56,7 @@ protected:
         return *made;
     }
 
-    SimHarness h;
     RecordingDesktop desktop;
-    ActiveForm activeForm;
-    LogWindowContext logContext { h.settings,
-        [] {
-            return platform::ui::ScreenSize { 28800, 16200 };
-        },
-        programFolder() };
-    AppLogs logs { h.globals, logContext, h.loop, activeForm };
     std::unique_ptr<frmMain> made;
 };
 

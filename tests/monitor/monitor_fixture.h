@@ -2,11 +2,8 @@
 // The main window with the live monitor on the in-process pack simulator, loaded as start-up
 // leaves it: target found, cells built, LoadMainForm run.
 
-#include "core/active_form.h"
-#include "core/app_logs.h"
-#include "monitor/frm_main.h"
+#include "main_form_fixture.h"
 #include "monitor/monitor.h"
-#include "support/sim_harness.h"
 
 #include <gtest/gtest.h>
 
@@ -25,10 +22,10 @@ struct MonitorTarget {
 
 inline const MonitorTarget kTarget1002 { 0x1002, "1002", "ZK9460S12", "T2" };
 
-class MonitorRig {
+class MonitorRig : public MainFormServices {
 public:
     explicit MonitorRig(const MonitorTarget& target = {}, int level = 3)
-        : h(packOptions(target, level))
+        : MainFormServices(packOptions(target, level))
         , target_(target)
     {
         form = std::make_unique<frmMain>(
@@ -59,14 +56,6 @@ public:
     void failDevice(bool on) { h.pack->faults().noAckRate = on ? 1.0 : 0.0; }
     [[nodiscard]] std::string info() const { return form->sbStatusBar.panelText(kInfoPanel); }
 
-    SimHarness h;
-    ActiveForm activeForm;
-    LogWindowContext logContext { h.settings,
-        [] {
-            return platform::ui::ScreenSize { 28800, 16200 };
-        },
-        programFolder() };
-    AppLogs logs { h.globals, logContext, h.loop, activeForm };
     std::unique_ptr<frmMain> form;
     std::unique_ptr<Monitor> monitor;
     bool highPriority = false;

@@ -92,29 +92,6 @@ TEST(ParameterTabs, LowLevelSeesOnlyLocksAndNoAdvancedTabAndStripedRows)
     EXPECT_FALSE(f.SSTab.tabs().at(10).visible);
 }
 
-TEST(ParameterTabs, PendingValueIsBoldAndUpdateTabsRedrawsOnlyThatRow)
-{
-    MonitorRig rig;
-    ASSERT_TRUE(rig.load());
-    frmMain& f = *rig.form;
-    auto* sleep = rig.h.driver().GatewayParameters.FindByName("Sleep Current");
-    ASSERT_NE(sleep, nullptr);
-    sleep->value = 10;
-    sleep->NewValue = "12";
-    rig.monitor->tabs.LoadTabs();
-    EXPECT_TRUE(f.PendingChanges);
-    EXPECT_TRUE(f.mnuParameters_RevertAll.enabled());
-    const ListView& list = f.lvParameters.at(sleep->TabOrder);
-    const auto pendingRow = std::find_if(
-        list.rows().begin(), list.rows().end(), [](const auto& r) { return r.text == "Sleep Current "; });
-    ASSERT_NE(pendingRow, list.rows().end());
-    EXPECT_TRUE(pendingRow->bold);
-
-    sleep->NewValue = DynamicValue();
-    rig.monitor->tabs.UpdateTabs(*sleep);
-    EXPECT_FALSE(list.row(pendingRow->key)->bold);
-}
-
 TEST(LiveRows, CellStatusColoursHighBeforeLowAndNorthBeforeSouth)
 {
     MonitorRig rig;

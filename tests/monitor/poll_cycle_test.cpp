@@ -93,6 +93,8 @@ TEST_F(PollCycleTest, ACommandChosenDuringAPollRunsAtTheNextTickEvenIfStopFollow
     const double before = sleep->value.number();
     sleep->NewValue = before + 5;
     rig.monitor->tabs.LoadTabs();
+    EXPECT_TRUE(form.PendingChanges) << "LoadTabs finds the waiting value";
+    EXPECT_TRUE(form.mnuParameters_RevertAll.enabled());
     form.mnuPollAllContinuously.click();
 
     ASSERT_TRUE(form.mnuWritePendingChanges.enabled());

@@ -12,43 +12,43 @@ namespace {
 using platform::ui::ListView;
 using test::MonitorRig;
 
-struct FlagCase {
-    std::string current;
-    bool set;
-    bool fault;
-    lamp::Lamp expected;
-};
-
-TEST(LampRule, FlagLampsTurnRedOnFaultsAndKeepTheErrorFamily)
+TEST(LampRule, FlagAndBitListLampsTurnRedOnFaultsAndKeepTheErrorFamily)
 {
-    const FlagCase cases[] {
-        { "ledoff", true, false, { "ledgreen", true } },
-        { "ledoff", true, true, { "ledred", true } },
-        { "ledred", false, true, { "ledoff", false } },
-        { "ledgreen", false, false, { "ledoff", false } },
-        { "error", false, false, { "errord", false } },
-        { "errord", true, false, { "error", true } },
-        { "errord", true, true, { "error", true } },
-        { "error", false, true, { "errord", false } },
+    using Rule = lamp::Lamp (*)(const std::string&, bool, bool);
+    struct Case {
+        Rule rule;
+        std::string current;
+        bool set;
+        bool fault;
+        lamp::Lamp expected;
+    };
+    const Rule flag = lamp::flagLamp;
+    const Rule bits = lamp::bitListLamp;
+    const Case cases[] {
+        { flag, "ledoff", true, false, { "ledgreen", true } },
+        { flag, "ledoff", true, true, { "ledred", true } },
+        { flag, "ledred", false, true, { "ledoff", false } },
+        { flag, "ledgreen", false, false, { "ledoff", false } },
+        { flag, "error", false, false, { "errord", false } },
+        { flag, "errord", true, false, { "error", true } },
+        { flag, "errord", true, true, { "error", true } },
+        { flag, "error", false, true, { "errord", false } },
+        { bits, "infod", true, false, { "info", true } },
+        { bits, "info", false, false, { "infod", false } },
+        { bits, "check", true, false, { "info", true } },
+        { bits, "", false, true, { "errord", false } },
+        { bits, "infod", true, true, { "error", true } },
+        { bits, "errord", true, false, { "error", true } },
+        { bits, "error", false, false, { "errord", false } },
     };
     for (const auto& c : cases)
-        EXPECT_EQ(lamp::flagLamp(c.current, c.set, c.fault), c.expected)
-            << c.current << " set " << c.set << " fault " << c.fault;
+        EXPECT_EQ(c.rule(c.current, c.set, c.fault), c.expected)
+            << (c.rule == flag ? "flag " : "bit list ") << c.current << " set " << c.set << " fault "
+            << c.fault;
 }
 
-TEST(LampRule, BitListLampsAndTheSafetyCount)
+TEST(LampRule, SafetyCountLampIsRedOnlyWhenAlertAndStatusAgree)
 {
-    const FlagCase cases[] {
-        { "infod", true, false, { "info", true } },
-        { "info", false, false, { "infod", false } },
-        { "check", true, false, { "info", true } },
-        { "", false, true, { "errord", false } },
-        { "infod", true, true, { "error", true } },
-        { "errord", true, false, { "error", true } },
-        { "error", false, false, { "errord", false } },
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(lamp::bitListLamp(c.current, c.set, c.fault), c.expected) << c.current;
     EXPECT_EQ(lamp::safetyLamp(false, false), (lamp::Lamp { "ledoff", false }));
     EXPECT_EQ(lamp::safetyLamp(true, false), (lamp::Lamp { "ledyellow", true }));
     EXPECT_EQ(lamp::safetyLamp(false, true), (lamp::Lamp { "ledyellow", true }));
@@ -115,7 +115,7 @@ TEST_F(StatusPanesTest, RowsAreBuiltFromTheBitNamesAndOnlyTheShownTabIsVisible)
     EXPECT_TRUE(f.lvFlags[2].visible());
 }
 
-TEST_F(StatusPanesTest, SafetyGridCountsAlertAndStatusOnAllFourPairs)
+TEST_F(StatusPanesTest, SafetyGridCountsAlertAndStatusOnAllFourPairsAndTheFuseLampFollows)
 {
     struct Pair {
         const char* alert;
@@ -148,10 +148,8 @@ TEST_F(StatusPanesTest, SafetyGridCountsAlertAndStatusOnAllFourPairs)
     panes.showSafetyWords();
     EXPECT_EQ(lampOf(f.lvFlags[0], "1").icon, "ledred");
     EXPECT_EQ(lampOf(f.lvFlags[0], "17").icon, "ledoff");
-}
 
-TEST_F(StatusPanesTest, FuseLampFollowsTheTopBitOfSafetyFlags)
-{
+    // The fuse lamp follows the top bit of "Safety Flags".
     for (const auto& [word, icon] : { std::pair { 0x8000, "ledred" }, { 0x7FFF, "ledgreen" } }) {
         setWord("Safety Flags", word);
         panes.showSafetyWords();

@@ -16,10 +16,6 @@ using test::MonitorRig;
 
 class TrendPlotTest : public ::testing::Test {
 protected:
-    explicit TrendPlotTest(const test::MonitorTarget& target = {})
-        : rig(target)
-    {
-    }
     void SetUp() override { ASSERT_TRUE(rig.load()); }
 
     [[nodiscard]] bool shown(std::size_t channel) const
@@ -231,25 +227,20 @@ TEST_F(TrendPlotTest, TrackZoomExpandAndColours)
     EXPECT_EQ(plot.channel(3).color, 0x123456U);
 }
 
-class TrendPlotTwelveCellsTest : public TrendPlotTest {
-protected:
-    TrendPlotTwelveCellsTest()
-        : TrendPlotTest(test::kTarget1002)
-    {
-    }
-};
-
-TEST_F(TrendPlotTwelveCellsTest, BoardChannelMovesWithTheCellCount)
+TEST(TrendPlotChannels, BoardChannelMovesWithTheCellCount)
 {
-    ASSERT_EQ(cells(), 12);
+    MonitorRig rig(test::kTarget1002);
+    ASSERT_TRUE(rig.load());
+    ASSERT_EQ(rig.h.globals.gNodeCount, 12);
+    TrendPlot& trend = rig.monitor->plot;
     EXPECT_EQ(trend.BoardChannel, 26U);
-    EXPECT_EQ(plot.channelCount(), 27U);
+    EXPECT_EQ(rig.form->iPlot.channelCount(), 27U);
 
     rig.h.globals.gNodeCount = 4;
     trend.BuildPlotChannels();
     EXPECT_EQ(trend.BoardChannel, 10U);
-    EXPECT_EQ(plot.channelCount(), 11U);
-    EXPECT_EQ(plot.channel(10).title, "Board Temp");
+    EXPECT_EQ(rig.form->iPlot.channelCount(), 11U);
+    EXPECT_EQ(rig.form->iPlot.channel(10).title, "Board Temp");
 }
 
 } // namespace

@@ -1,24 +1,16 @@
 #include "core/app_logs.h"
-#include "monitor/frm_main.h"
 #include "platform/testing/memory_settings_store.h"
-#include "platform/testing/scripted_dialogs.h"
 #include "platform/testing/virtual_event_loop.h"
 #include "platform/ui/list_view.h"
 #include "platform/ui/simple_controls.h"
 #include "qt/binder.h"
 #include "qt/file_filter.h"
 #include "qt/log_forms.h"
-#include "qt/main_form.h"
-#include "qt/status_panel_label.h"
 #include "ui/widgets_app.h"
 
 #include <QAction>
-#include <QCloseEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMainWindow>
-#include <QMenu>
-#include <QMenuBar>
 #include <QPushButton>
 #include <QTextEdit>
 #include <QTreeWidget>
@@ -173,57 +165,6 @@ TEST(LogForms, CloseBoxesAndColouredText)
     eventForm->close(); // really closes: the text goes
     EXPECT_FALSE(events.loaded());
     EXPECT_EQ(events.txtEvent.text(), "");
-    EXPECT_EQ(store.value("Software\\Norvale Systems\\Zentavia 3\\Settings", "EventLogWidth"), "7000");
-}
-
-TEST(MainForm, MenusPanelsAndLabelsBindByName)
-{
-    test::ensureWidgets();
-    AppGlobals globals;
-    platform::MemorySettingsStore store;
-    platform::VirtualEventLoop loop;
-    platform::ScriptedDialogs dialogs;
-    ActiveForm active;
-    AppLogs logs { globals,
-        { store,
-            [] {
-                return ui::ScreenSize { 28800, 16200 };
-            },
-            "/opt/zv" },
-        loop, active };
-    Binder binder;
-    frmMain window({ globals, store, dialogs, logs, "/opt/zv" });
-    const auto unbound = binder.bind(window, makeMainForm(window));
-    // Where the desktop has no tray (as under the offscreen platform) the tray icon stays unbound.
-    EXPECT_TRUE(unbound.empty() || unbound == std::vector<std::string> { "trayIcon" });
-
-    QWidget* form = binder.widgetOf(window);
-    const auto titles = [&] {
-        QStringList texts;
-        for (const QAction* action : static_cast<QMainWindow*>(form)->menuBar()->actions())
-            texts << action->text();
-        return texts.join(",");
-    };
-    EXPECT_EQ(titles(), "File,Logging,Commands,Advanced,Configure,Utilities,Help");
-
-    auto* dataSet = form->findChild<QMenu*>("mnuDataSet");
-    ASSERT_TRUE(dataSet);
-    EXPECT_EQ(dataSet->actions().size(), 3);
-    EXPECT_FALSE(dataSet->menuAction()->isEnabled()); // nothing in it is built yet
-    EXPECT_TRUE(form->findChild<QAction*>("mnuSep2")->isSeparator());
-    window.mnuView.setVisible(false);
-    EXPECT_FALSE(form->findChild<QMenu*>("mnuView")->menuAction()->isVisible());
-    window.mnuInformationOnline.setCaption("ZK9460 Information Online");
-    EXPECT_EQ(form->findChild<QAction*>("mnuInformationOnline")->text(), "ZK9460 Information Online");
-    EXPECT_TRUE(form->findChild<QMenu*>("mnuParameters")); // pop-up, not on the bar
-
-    form->findChild<QAction*>("mnuEventLog")->trigger();
-    EXPECT_TRUE(logs.eventLog().visible());
-    EXPECT_EQ(form->findChild<QLabel*>("lblCONFIG_BIT")->text(), "Configured");
-    window.sbStatusBar.setPanelText("HLK", "Idle");
-    EXPECT_EQ(dynamic_cast<StatusPanelLabel*>(form->findChild<QWidget*>("HLK"))->text(), "Idle");
-    EXPECT_EQ(form->windowTitle(), "Zentavia");
-    logs.eventLog().unload();
 }
 
 TEST(FileFilter, ConvertsToQtFilters)

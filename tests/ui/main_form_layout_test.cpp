@@ -1,6 +1,7 @@
-// The main window's widgets as the user meets them: a click on a tab shows that tab's list and
-// reaches the control, also with hidden tabs before the clicked one; the status-bar panels share
-// the window's width without running over each other.
+// The main window's widgets as the user meets them: menus, labels and panels bound by name follow
+// their controls; a click on a tab shows that tab's list and reaches the control, also with hidden
+// tabs before the clicked one; the status-bar panels share the window's width without running
+// over each other.
 
 #include "core/settings_table.h"
 #include "monitor/monitor_fixture.h"
@@ -9,8 +10,13 @@
 #include "qt/status_panel_label.h"
 #include "ui/widgets_app.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLabel>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMouseEvent>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -39,7 +45,7 @@ protected:
         EXPECT_TRUE(rig.load());
         EXPECT_TRUE(rig.h.driver().GetAllValues());
         rig.monitor->tabs.LoadTabs();
-        binder.bind(window, makeMainForm(window));
+        unbound = binder.bind(window, makeMainForm(window));
         form()->resize(1280, 900);
         form()->show();
         QApplication::processEvents();
@@ -47,6 +53,14 @@ protected:
     ~MainFormLayout() override { form()->hide(); }
 
     QWidget* form() { return binder.widgetOf(window); }
+    [[nodiscard]] std::vector<int> visibleTabs() const
+    {
+        std::vector<int> shown;
+        for (int tab = 0; tab < window.SSTab.tabCount(); ++tab)
+            if (window.SSTab.tabs()[tab].visible)
+                shown.push_back(tab);
+        return shown;
+    }
     QTabBar* bar() { return form()->findChild<QTabBar*>("SSTab"); }
     // The stack beside the bar: the widget that shows the list of the current tab.
     QStackedWidget* stack() { return bar()->parentWidget()->findChild<QStackedWidget*>(); }
@@ -67,16 +81,42 @@ protected:
     test::MonitorRig rig;
     frmMain& window = *rig.form;
     Binder binder;
+    std::vector<std::string> unbound;
 };
+
+TEST_F(MainFormLayout, MenusPanelsAndLabelsBindByNameAndFollowTheirControls)
+{
+    // Where the desktop has no tray (as under the offscreen platform) the tray icon stays unbound.
+    EXPECT_TRUE(unbound.empty() || unbound == std::vector<std::string> { "trayIcon" });
+    QStringList titles;
+    for (const QAction* action : static_cast<QMainWindow*>(form())->menuBar()->actions())
+        titles << action->text();
+    EXPECT_EQ(titles.join(","), "File,Logging,Commands,Advanced,Configure,Utilities,Help");
+    auto* dataSet = form()->findChild<QMenu*>("mnuDataSet");
+    ASSERT_TRUE(dataSet);
+    EXPECT_EQ(dataSet->actions().size(), 3);
+    EXPECT_FALSE(dataSet->menuAction()->isEnabled()) << "nothing in it is built yet";
+    EXPECT_TRUE(form()->findChild<QAction*>("mnuSep2")->isSeparator());
+    EXPECT_TRUE(form()->findChild<QMenu*>("mnuParameters")) << "pop-up, not on the bar";
+
+    window.mnuView.setVisible(false);
+    EXPECT_FALSE(form()->findChild<QMenu*>("mnuView")->menuAction()->isVisible());
+    window.mnuInformationOnline.setCaption("ZK9460 Information Online");
+    EXPECT_EQ(form()->findChild<QAction*>("mnuInformationOnline")->text(), "ZK9460 Information Online");
+    form()->findChild<QAction*>("mnuEventLog")->trigger();
+    EXPECT_TRUE(rig.logs.eventLog().visible());
+    EXPECT_EQ(form()->findChild<QLabel*>("lblCONFIG_BIT")->text(), "Configured");
+    window.sbStatusBar.setPanelText("HLK", "Lost Comms");
+    EXPECT_EQ(dynamic_cast<StatusPanelLabel*>(form()->findChild<QWidget*>("HLK"))->text(), "Lost Comms");
+    EXPECT_EQ(form()->windowTitle().toStdString(), window.caption());
+    rig.logs.eventLog().unload();
+}
 
 TEST_F(MainFormLayout, AClickOnATabShowsItsListAndSetsTheCurrentTab)
 {
     ASSERT_TRUE(bar());
     ASSERT_EQ(stack()->count(), 11);
-    std::vector<int> shown;
-    for (int tab = 0; tab < window.SSTab.tabCount(); ++tab)
-        if (window.SSTab.tabs()[tab].visible)
-            shown.push_back(tab);
+    std::vector<int> shown = visibleTabs();
     ASSERT_GT(shown.size(), 2u);
     std::reverse(shown.begin(), shown.end());
     shown.push_back(shown.back());
@@ -104,10 +144,7 @@ TEST_F(MainFormLayout, RowsRebuiltAfterBindingReachTheTrees)
 
 TEST_F(MainFormLayout, KeysAndTheProgramMoveBarStackAndControlTogether)
 {
-    std::vector<int> shown;
-    for (int tab = 0; tab < window.SSTab.tabCount(); ++tab)
-        if (window.SSTab.tabs()[tab].visible)
-            shown.push_back(tab);
+    std::vector<int> shown = visibleTabs();
     ASSERT_GT(shown.size(), 2u);
     const auto inStep = [this] {
         EXPECT_EQ(stack()->currentIndex(), bar()->currentIndex());

@@ -1,5 +1,5 @@
 #pragma once
-// The one QApplication of the widget tests, made on first use.
+// The one QApplication of the widget tests (here and in other suites), made on first use.
 
 #include <QApplication>
 
