@@ -90,7 +90,10 @@ ChartView::ChartView(ui::Chart& chart, QCustomPlot& plot)
     plot.plotLayout()->addElement(1, 0, plot.legend);
     plot.plotLayout()->setRowStretchFactor(1, 0.001);
     plot.legend->setFillOrder(QCPLayoutGrid::foColumnsFirst);
-    plot.legend->setWrap(7);
+    // Ten short entries to a row: the 35 lines of a 16-cell pack take four rows.
+    plot.legend->setWrap(10);
+    plot.legend->setIconSize(20, 10);
+    plot.legend->setRowSpacing(0);
     QFont small = plot.legend->font();
     small.setPointSizeF(small.pointSizeF() * 0.85);
     plot.legend->setFont(small);
