@@ -3,8 +3,7 @@
 #
 #   bench/screen/app_session.sh BIN cpu [SECONDS]     CPU share of zentavia polling at 1 s
 #   bench/screen/app_session.sh BIN shots DIR         screenshots while polling: the status bar at
-#                                                     800 and 1280 px, then a click on the second
-#                                                     tab of the parameter lists
+#                                                     800 and 1280 px
 #
 # BIN is a build's bin folder (Release for figures). The pack is zentavia-packsim --wire-pacing
 # with 16 cells; the poll is started from the Commands menu as a user does, at a rate of 1 s.
@@ -28,6 +27,8 @@ display=":$((90 + RANDOM % 100))"
 Xvfb "$display" -screen 0 1280x900x24 -nolisten tcp >"$run_dir/xvfb.log" 2>&1 &
 pids+=($!)
 export DISPLAY=$display
+# The display is up once its socket exists.
+for _ in $(seq 100); do [ -e "/tmp/.X11-unix/X${display#:}" ] && break; sleep 0.1; done
 
 link="$run_dir/ttyPACK"
 "$bin/zentavia-packsim" --link "$link" --wire-pacing --cells 16 >"$run_dir/packsim.log" 2>&1 &
@@ -93,10 +94,6 @@ case "$mode" in
       sleep 2
       import -window root -crop "${width}x860+0+0" "$arg/statusbar-$width.png"
     done
-    # A click on the second tab of the parameter lists ("Status" at 1280 px) shows its list.
-    xdotool mousemove 732 61 click 1
-    sleep 2
-    import -window root -crop "1280x860+0+0" "$arg/second-tab-1280.png"
     ;;
   *)
     echo "unknown mode $mode" >&2
