@@ -6,6 +6,7 @@
 #include "core/settings_table.h"
 #include "driver/cls_main.h"
 #include "monitor/main_title.h"
+#include "monitor/unexpected_error.h"
 
 #include <cstdio>
 
@@ -105,8 +106,7 @@ void frmMain::LoadMainForm(clsMain& main)
     } catch (const std::exception& e) {
         if (!context_.errors)
             throw;
-        if (context_.errors->ReportError(AppError { 1, e.what(), kAppTitle }, "Main", "Load")
-            == ErrorResponse::Retry)
+        if (context_.errors->ReportError(unexpectedError(e), "Main", "Load") == ErrorResponse::Retry)
             LoadMainForm(main);
     }
 }

@@ -9,6 +9,7 @@
 #include "monitor/main_title.h"
 #include "monitor/parameter_tabs.h"
 #include "monitor/poll_cycle.h"
+#include "monitor/unexpected_error.h"
 
 namespace zv {
 
@@ -96,7 +97,7 @@ void ParameterEdits::WritePendingChanges()
     } catch (const std::exception& e) {
         if (!c_.errors)
             throw;
-        (void)c_.errors->ReportError(AppError { 1, e.what(), kAppTitle }, "frmMain", "WritePendingChanges");
+        (void)c_.errors->ReportError(unexpectedError(e), "frmMain", "WritePendingChanges");
     }
     pointer(kDefaultPointer);
 }

@@ -10,6 +10,7 @@
 #include "monitor/live_rows.h"
 #include "monitor/main_title.h"
 #include "monitor/parameter_tabs.h"
+#include "monitor/unexpected_error.h"
 #include "platform/event_loop.h"
 #include "platform/process_priority.h"
 
@@ -209,7 +210,7 @@ void PollCycle::PollDynamicData()
         }
     } catch (const std::exception& e) {
         if (c_.errors)
-            c_.errors->AutoHandler(AppError { 1, e.what(), kAppTitle }, "Main", "PollDynamicData");
+            c_.errors->AutoHandler(unexpectedError(e), "Main", "PollDynamicData");
     }
     tmrPollData_->setEnabled(true);
 }

@@ -7,6 +7,7 @@
 #include "monitor/lamp_rule.h"
 #include "monitor/main_title.h"
 #include "monitor/parameter_tabs.h"
+#include "monitor/unexpected_error.h"
 #include "params/number_text.h"
 #include "params/runtime_error.h"
 #include "platform/val.h"
@@ -146,12 +147,9 @@ void StatusPanes::guarded(const char* procedure, const char* module, const std::
 {
     try {
         body();
-    } catch (const RuntimeError& e) {
-        if (c_.errors)
-            c_.errors->AutoHandler(AppError { e.number(), e.what(), kAppTitle }, module, procedure);
     } catch (const std::exception& e) {
         if (c_.errors)
-            c_.errors->AutoHandler(AppError { 1, e.what(), kAppTitle }, module, procedure);
+            c_.errors->AutoHandler(unexpectedError(e), module, procedure);
     }
 }
 

@@ -7,6 +7,7 @@
 #include "monitor/frm_main.h"
 #include "monitor/main_title.h"
 #include "monitor/poll_cycle.h"
+#include "monitor/unexpected_error.h"
 #include "platform/event_loop.h"
 #include "platform/val.h"
 
@@ -247,8 +248,7 @@ void TrendPlot::ReconfigurePlotting()
     } catch (const std::exception& e) {
         if (!c_.errors)
             throw;
-        if (c_.errors->ReportError(AppError { 1, e.what(), kAppTitle }, "Main", "ReconfigurePlotting")
-            == ErrorResponse::Retry)
+        if (c_.errors->ReportError(unexpectedError(e), "Main", "ReconfigurePlotting") == ErrorResponse::Retry)
             ReconfigurePlotting();
     }
 }
@@ -282,7 +282,7 @@ void TrendPlot::UpdatePlot()
         plotSample();
     } catch (const std::exception& e) {
         if (c_.errors)
-            c_.errors->AutoHandler(AppError { 1, e.what(), kAppTitle }, "frmMain", "UpdatePlot");
+            c_.errors->AutoHandler(unexpectedError(e), "frmMain", "UpdatePlot");
     }
     plot.endUpdate();
 }
