@@ -132,10 +132,12 @@ FileResult CommandFile::voltagePoint(bool upper, int mv)
         return { StatusOk, 0, 50 };
     int lowMv = files.word(CellCalFile, at - 4);
     int lowRaw = files.word(CellCalFile, at - 2);
-    if (raw == lowRaw || lowMv == 0)
+    if (raw == lowRaw || lowMv == 0 || mv == lowMv)
         return { StatusCannotDo, 0, 0 };
-    double gain = 32768.0 * (mv - lowMv) / (raw - lowRaw);
-    double offset = lowMv - lowRaw * gain / 32768.0;
+    // The gain word is 32768 over the slope of actual against raw millivolts.
+    double slope = static_cast<double>(mv - lowMv) / (raw - lowRaw);
+    double gain = 32768.0 / slope;
+    double offset = lowMv - lowRaw * slope;
     std::string name = "Cell " + std::to_string(cell) + " Voltage";
     files.set(name + " Gain", static_cast<std::uint32_t>(std::lround(gain)));
     files.setSigned(name + " Offset", static_cast<int>(std::lround(offset)));

@@ -151,7 +151,9 @@ int PackPhysics::readCellMv(int index) const
 {
     auto i = static_cast<std::size_t>(index);
     double offset = index < 16 ? model_.files.getSigned(cellOffsetNames_[i]) : 0;
-    double gain = index < 16 ? model_.files.get(cellGainNames_[i]) / 32768.0 : 1.0;
+    // The gain word divides: 32768 is gain 1, a larger word reads lower.
+    std::uint32_t word = index < 16 ? model_.files.get(cellGainNames_[i]) : 32768;
+    double gain = 32768.0 / std::max<std::uint32_t>(1, word);
     return static_cast<int>(std::lround(rawCellMv(index + 1) * gain + offset));
 }
 

@@ -72,8 +72,8 @@ bool CalibrationMode::ShowInCalibrationMode(const std::function<void()>& body)
     const bool left = writeAlgorithmEnable(fileIndex, oldValue);
     if (!left)
         failure("Failure to clear calibration mode", kExitText);
-    if (left && CalibrationPending && hooks_.commitChanges)
-        (void)hooks_.commitChanges();
+    if (left && CalibrationPending && hooks_.commitChanges && hooks_.commitChanges())
+        CalibrationPending = false;
     if (thrown)
         std::rethrow_exception(thrown);
     return left;

@@ -6,6 +6,7 @@
 #include "monitor/frm_main.h"
 #include "platform/ui/show_modal.h"
 #include "qt/binder.h"
+#include "qt/calibration_forms.h"
 #include "qt/editor_form.h"
 
 #include <QCursor>
@@ -21,8 +22,12 @@ MonitorWiring::MonitorWiring(MonitorWiringServices services)
                     s_.context.loop, s_.context.errors },
           commandHooks())
     , outputs_(outputServices(), platform::ui::eventLoopModal(s_.context.loop))
+    , calibration_({ s_.context.main, s_.context.globals, s_.context.form, s_.context.dialogs,
+                       s_.context.loop, s_.context.settings, s_.context.errors },
+          calibrationHooks())
 {
     wireMonitor();
+    wireCalibrationCommands(s_.context.form, calibration_);
     wireDeviceCommands(s_.context.form, commands_);
     wireOutputCommands(s_.context.form, outputs_);
 }
@@ -67,6 +72,7 @@ CommandHooks MonitorWiring::commandHooks()
         monitor_.plot.BuildPlotChannels();
     };
     hooks.deferCommit = [this] { monitor_.poll.runOrDefer(PendingCommand::Commit); };
+    hooks.clearCalibrationPending = [this] { calibration_.mode.CalibrationPending = false; };
     hooks.showSplash = s_.showSplash;
     hooks.closeSplash = s_.closeSplash;
     hooks.bringToFront = s_.bringToFront;
@@ -97,6 +103,23 @@ OutputServices MonitorWiring::outputServices()
             return views;
         },
         std::move(actions) };
+}
+
+// The calibration windows are bound to their forms when they are made, for the time they live.
+CalibrationCommandHooks MonitorWiring::calibrationHooks()
+{
+    CalibrationCommandHooks hooks;
+    hooks.isTheDeviceWired = [this] { return commands_.IsTheDeviceWired(); };
+    hooks.commitChanges = [this] { return commands_.CommitChanges(false); };
+    hooks.isPolling = [this] { return s_.context.globals.PollingActive; };
+    hooks.setMousePointer = s_.setMousePointer;
+    hooks.bringToFront = s_.bringToFront;
+    hooks.showModal = platform::ui::eventLoopModal(s_.context.loop);
+    hooks.onWindowCreated = [this](platform::ui::Window& window) {
+        if (auto form = makeCalibrationFormFor(window))
+            (void)s_.binder.bind(window, std::move(form));
+    };
+    return hooks;
 }
 
 // The edit dialog behind a double click, the commit and the wired check of the writes.

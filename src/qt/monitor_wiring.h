@@ -4,6 +4,7 @@
 // frmMain's entries. The application makes them anew with each gMain, right after it, so the
 // window's handlers always point at the live set.
 
+#include "calibration/calibration_commands.h"
 #include "commands/device_commands.h"
 #include "editor/parameter_editor.h"
 #include "monitor/monitor.h"
@@ -48,6 +49,7 @@ private:
     [[nodiscard]] EditParameterContext editorContext();
     [[nodiscard]] CommandHooks commandHooks();
     [[nodiscard]] OutputServices outputServices();
+    [[nodiscard]] CalibrationCommandHooks calibrationHooks();
     void wireMonitor();
 
     MonitorWiringServices s_;
@@ -55,6 +57,7 @@ private:
     ParameterEditor editor_;
     DeviceCommands commands_;
     OutputCommands outputs_;
+    CalibrationCommands calibration_;
 };
 
 } // namespace zv::qt

@@ -173,7 +173,7 @@ TEST_F(Calibration, TwoPointsGiveACellItsOffsetAndGain)
     host.advance(2500);
     double raw = pack.physics().rawCellMv(3);
     double expected
-        = raw * files().get("Cell 3 Voltage Gain") / 32768.0 + files().getSigned("Cell 3 Voltage Offset");
+        = raw * 32768.0 / files().get("Cell 3 Voltage Gain") + files().getSigned("Cell 3 Voltage Offset");
     EXPECT_NEAR(files().get("Voltage", 3), expected, 1.5);
 }
 
