@@ -3,6 +3,7 @@
 #include "core/globals.h"
 #include "core/settings_table.h"
 #include "device_files/directory.h"
+#include "device_files/file_parts.h"
 #include "driver/cellweft.h"
 #include "platform/dialogs.h"
 
@@ -70,11 +71,35 @@ bool calibrationSizesMatch(const oDirectory& directory, const CalibrationBytes& 
         && bytes.second.size() == second->FileSize;
 }
 
+bool writeWholeFile(clsCellWeft& driver, int file, const std::vector<std::uint8_t>& bytes)
+{
+    const auto* entry = entryOf(driver.Directory, file);
+    if (!entry)
+        return false;
+    const auto parts = writeParts(*entry);
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        FileRequest request;
+        request.access = 1;
+        request.file = file;
+        request.offset = parts[i].offset;
+        request.count = parts[i].count;
+        const auto from = std::min(bytes.size(), i * entry->FileMaxBytes);
+        const auto to
+            = std::min(bytes.size(), from + static_cast<std::size_t>(parts[i].count) * entry->FileChunk);
+        request.data.assign(bytes.begin() + static_cast<std::ptrdiff_t>(from),
+            bytes.begin() + static_cast<std::ptrdiff_t>(to));
+        const FileReply reply = driver.FileAccessRequest(request);
+        if (!reply.ok || reply.status != 0)
+            return false;
+    }
+    return true;
+}
+
 bool writeDeviceCalibration(clsCellWeft& driver, const CalibrationBytes& bytes)
 {
-    if (!driver.PutFile(kCalibrationFile, bytes.first))
+    if (!writeWholeFile(driver, kCalibrationFile, bytes.first))
         return false;
-    return !bytes.writeSecond || driver.PutFile(kCellCalibrationFile, bytes.second);
+    return !bytes.writeSecond || writeWholeFile(driver, kCellCalibrationFile, bytes.second);
 }
 
 CalibrationData::CalibrationData(CalibrationDataServices services, CalibrationDataHooks hooks)

@@ -42,6 +42,10 @@ struct CalibrationRead {
 // True when the byte counts equal FileSize of entries 25 and 32.
 [[nodiscard]] bool calibrationSizesMatch(const oDirectory& directory, const CalibrationBytes& bytes);
 
+// Writes a whole device file from offset 0, in the parts the device takes (FileMaxBytes); false
+// at the first part the device does not take or answers with a status other than 0.
+[[nodiscard]] bool writeWholeFile(clsCellWeft& driver, int file, const std::vector<std::uint8_t>& bytes);
+
 // Writes file 24, then (when asked) file 31, whole, in the parts the device takes; stops at the
 // first failed write. True when all writes succeeded.
 [[nodiscard]] bool writeDeviceCalibration(clsCellWeft& driver, const CalibrationBytes& bytes);

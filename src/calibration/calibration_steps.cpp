@@ -25,7 +25,9 @@ bool CalibrationSteps::send(CalibrationCommand command, int argument)
     request.offset = 0;
     request.count = 2;
     request.data = calibrationCommandBytes(command, argument);
-    return driver_.FileAccessRequest(request).ok;
+    // A status other than 0 after the write: the device did not take the step.
+    const FileReply reply = driver_.FileAccessRequest(request);
+    return reply.ok && reply.status == 0;
 }
 
 CalibrationReadings CalibrationSteps::read()

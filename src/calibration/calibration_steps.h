@@ -30,7 +30,7 @@ public:
     explicit CalibrationSteps(clsCellWeft& driver);
 
     // Writes the step's two words to file 27 (offset 0, 2 records, with PEC); true when the
-    // device took it.
+    // device took it (its status after the write is 0).
     [[nodiscard]] bool send(CalibrationCommand command, int argument);
     // Reads files 1, 4, 21 and 24 in that order; a file that fails leaves its part empty.
     [[nodiscard]] CalibrationReadings read();

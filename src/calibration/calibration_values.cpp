@@ -106,7 +106,7 @@ std::optional<CellCalibration> computeCellCalibration(
     int lowActual, int lowMeasured, int highActual, int highMeasured, std::string& error)
 {
     if (highMeasured == lowMeasured) {
-        error = "the device reported the same voltage at both points";
+        error = "the device reported the same voltage at both points for";
         return std::nullopt;
     }
     CellCalibration result;
@@ -114,11 +114,11 @@ std::optional<CellCalibration> computeCellCalibration(
     const double gain = result.slope == 0 ? -1 : roundHalfEven(32768.0 / result.slope);
     const double offset = roundHalfEven(lowActual - result.slope * lowMeasured);
     if (gain < 1 || gain > 65535) {
-        error = "the gain is outside the range of the device";
+        error = "the gain is outside the range of the device for";
         return std::nullopt;
     }
     if (offset < -32768 || offset > 32767) {
-        error = "the offset is outside the range of the device";
+        error = "the offset is outside the range of the device for";
         return std::nullopt;
     }
     result.gainWord = static_cast<std::uint16_t>(gain);

@@ -6,6 +6,7 @@
 #include "params/number_text.h"
 #include "platform/event_loop.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string_view>
 
@@ -154,7 +155,7 @@ void frm470Cal::ReadStoredCalibration()
 
 bool frm470Cal::WriteCalibration(const std::vector<std::uint16_t>& list)
 {
-    const bool ok = s_.driver.PutFile(kCalibrationFile, wordBytes(list));
+    const bool ok = writeWholeFile(s_.driver, kCalibrationFile, wordBytes(list));
     if (!ok)
         lblError.setCaption(kWriteFailed);
     return ok;
@@ -216,18 +217,23 @@ void frm470Cal::ComputeCalibration()
     if (working_.size() <= gainWordOf(kWizardNodes))
         working_.resize(gainWordOf(kWizardNodes) + 1, 0);
     const auto& locale = s_.driver.Parameters.display.locale;
-    std::string errors;
+    // Cells whose result does not fit the device, by reason; their stored pairs stay.
+    std::vector<std::pair<std::string, std::string>> refused;
     for (int i = 0; i < kWizardNodes && i + 1 <= nodeCount(); ++i) {
         const auto at = static_cast<std::size_t>(i);
         const int node = i + 1;
         const std::string row = rowKey(kWizardNodes - i);
+        const std::string cell = "Cell " + std::to_string(kWizardNodes - i);
         std::string error;
         const auto result = computeCellCalibration(
             lowActual_[at], lowMeasured_[at], highActual_[at], highMeasured_[at], error);
         if (!result) {
-            // The stored pair stays for this cell.
-            errors += (errors.empty() ? "Error: " : "\n") + std::string("Cell ")
-                + std::to_string(kWizardNodes - i) + ": " + error + "; its calibration was kept.";
+            const auto same = std::find_if(
+                refused.begin(), refused.end(), [&error](const auto& entry) { return entry.first == error; });
+            if (same == refused.end())
+                refused.emplace_back(error, cell);
+            else
+                same->second += ", " + cell;
             continue;
         }
         working_[gainWordOf(node)] = result->gainWord;
@@ -235,6 +241,9 @@ void frm470Cal::ComputeCalibration()
         lvCalibration.setSubItem(row, 3, std::to_string(result->offsetMv));
         lvCalibration.setSubItem(row, 4, formatNumber(result->slope, "0.000", locale));
     }
+    std::string errors;
+    for (const auto& [reason, cells] : refused)
+        errors += (errors.empty() ? "Error: " : "\n") + reason + " " + cells + " (stored calibration kept)";
     lblError.setCaption(errors);
     (void)WriteCalibration(working_);
     tmrCalPoll->setEnabled(true);

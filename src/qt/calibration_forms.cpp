@@ -190,8 +190,11 @@ std::unique_ptr<QWidget> makeCalibrationForm(frmCalibration& logic)
     views->addWidget(status, 1);
     views->addWidget(list("lvNodes", form, 120), 2);
     views->addWidget(list("lvTemperatures", form, 100), 1);
-    views->addWidget(list("lvCurrent", form, 50));
-    views->addWidget(list("lvCoulomb", form, 50));
+    for (const char* oneRow : { "lvCurrent", "lvCoulomb" }) {
+        QTreeWidget* single = list(oneRow, form, 48);
+        single->setMaximumHeight(56);
+        views->addWidget(single);
+    }
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
     buttons->addWidget(button("cmdRefresh", form));
@@ -225,6 +228,7 @@ std::unique_ptr<QWidget> makeVoltageWizardForm(frm470Cal& logic)
         cells->addWidget(named<QLabel>("lblCell" + index, form), i + 1, 0);
         auto* measured = named<QLineEdit>("txtCellVoltage" + index, form);
         measured->setMaximumWidth(90);
+        measured->setFocusPolicy(Qt::NoFocus); // what the device reports: the Actual fields take the keys
         cells->addWidget(measured, i + 1, 1);
         auto* actual = named<QLineEdit>("txtVoltageCalLow" + index, form);
         actual->setMaximumWidth(90);

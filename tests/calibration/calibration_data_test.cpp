@@ -199,6 +199,19 @@ TEST_F(CalibrationDataTest, FailedWriteCommitsNothing)
     EXPECT_EQ(commits, 0);
     EXPECT_EQ(files().bytes(24), before24);
     EXPECT_EQ(files().flashText(), flash);
+
+    // File 31 refused after file 24 went to RAM (a second line too short for the device): still
+    // nothing reaches flash.
+    writeText(file, calLineText(changed) + "\r\n" + deviceLine(31).substr(0, 100) + "\r\n");
+    notes.clear();
+    h->dialogs.answerMessage(platform::Answer::Yes); // the size question
+    h->dialogs.answerMessage(platform::Answer::OK); // the error box
+    EXPECT_EQ(data->restoreFrom(file), CalibrationOutcome::Failed);
+    EXPECT_EQ(files().bytes(24), changed);
+    EXPECT_EQ(notes,
+        std::vector<std::string> { "Restore Calibration Data: Calibration data has NOT been restored." });
+    EXPECT_EQ(commits, 0);
+    EXPECT_EQ(files().flashText(), flash);
 }
 
 TEST_F(CalibrationDataTest, BadFilesLeaveTheDeviceAlone)

@@ -382,7 +382,8 @@ TEST_F(VoltageWizardTest, EqualReadingsKeepTheOldCalibration)
         h->loop.advance(4100);
         form.btnCalibrate.click();
         EXPECT_EQ(form.lblError.caption(),
-            "Error: Cell 15: the device reported the same voltage at both points; its calibration was kept.");
+            "Error: the device reported the same voltage at both points for Cell 15 (stored calibration "
+            "kept)");
         EXPECT_EQ(form.workingList()[offsetWordOf(2)], form.storedList()[offsetWordOf(2)]);
         EXPECT_EQ(form.workingList()[gainWordOf(2)], form.storedList()[gainWordOf(2)]);
         EXPECT_NE(form.workingList()[gainWordOf(1)], form.storedList()[gainWordOf(1)]);
