@@ -43,17 +43,8 @@ TEST(CalibrationValuesTest, StepArguments)
     EXPECT_EQ(calibrationCommandBytes(CalibrationCommand::SelectCell, 3), (Bytes { 0x08, 0x00, 0x03, 0x00 }));
 }
 
-TEST(CalibrationValuesTest, EntriesAndShownForms)
+TEST(CalibrationValuesTest, ShownForms)
 {
-    EXPECT_EQ(entryNumber("25,5"), 25.5);
-    EXPECT_EQ(entryNumber("-1000"), -1000);
-    for (const char* bad : { "", "-", "1-2", "." })
-        EXPECT_FALSE(entryNumber(bad)) << bad;
-    for (char32_t key : { U'-', U'7', U'.', U',', char32_t { 8 } })
-        EXPECT_TRUE(calibrationEntryKey(key));
-    for (char32_t key : { U'a', U'+', U' ', U'e' })
-        EXPECT_FALSE(calibrationEntryKey(key));
-
     const NumberLocale point;
     EXPECT_EQ(signedWord(65534), -2);
     EXPECT_EQ(signedWord(32767), 32767);
