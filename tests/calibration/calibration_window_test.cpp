@@ -366,6 +366,21 @@ TEST_F(VoltageWizardTest, EarlyCloseRestoresFileByteForByte)
     EXPECT_EQ(commits, 0);
 }
 
+TEST_F(VoltageWizardTest, UnreadableCalibrationLeavesTheDeviceAlone)
+{
+    open(4);
+    ASSERT_TRUE(mode->ShowInCalibrationMode([&] {
+        frm470Cal form({ h->driver(), h->loop, *mode });
+        h->pack->faults().forcedStatus = 9; // the read of file 24 on opening
+        form.show();
+        EXPECT_NE(form.lblError.caption(), "");
+        EXPECT_FALSE(form.btnCalibrate.enabled());
+        EXPECT_EQ(files().bytes(24), stored) << "not cleared";
+        form.requestClose();
+    }));
+    EXPECT_EQ(files().bytes(24), stored);
+}
+
 TEST_F(VoltageWizardTest, EqualReadingsKeepTheOldCalibration)
 {
     open(4);
