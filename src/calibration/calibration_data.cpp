@@ -166,27 +166,39 @@ std::optional<std::string> CalibrationData::askPath(bool save)
 
 void CalibrationData::mnuSaveCalibrationData_Click()
 {
-    if (hooks_.isPolling && hooks_.isPolling()) {
-        (void)saveTo({});
+    if (refuseWhilePolling())
         return;
-    }
     commandsOff();
     const auto path = askPath(true);
-    commandsOn();
-    if (path)
-        (void)saveTo(*path);
+    if (!path) {
+        commandsOn();
+        return;
+    }
+    (void)save(*path);
 }
 
 CalibrationOutcome CalibrationData::saveTo(const std::string& path)
 {
-    lastError_.clear();
-    if (hooks_.isPolling && hooks_.isPolling()) {
-        lastError_ = caltext::kPollingActive;
-        (void)s_.dialogs.messageBox(
-            caltext::kPollingActive, platform::Buttons::OK, platform::Icon::Information, caltext::kSaveTitle);
+    if (refuseWhilePolling())
         return CalibrationOutcome::Refused;
-    }
     commandsOff();
+    return save(path);
+}
+
+bool CalibrationData::refuseWhilePolling()
+{
+    lastError_.clear();
+    if (!hooks_.isPolling || !hooks_.isPolling())
+        return false;
+    lastError_ = caltext::kPollingActive;
+    (void)s_.dialogs.messageBox(
+        caltext::kPollingActive, platform::Buttons::OK, platform::Icon::Information, caltext::kSaveTitle);
+    return true;
+}
+
+// With the commands off: reads, writes the file, gives the commands back.
+CalibrationOutcome CalibrationData::save(const std::string& path)
+{
     // Both files are read before anything is written, so a failed read leaves the old file alone.
     const CalibrationRead read = readDeviceCalibration(s_.driver, single());
     std::string error = read.error;

@@ -115,6 +115,8 @@ public:
 
 private:
     [[nodiscard]] std::optional<std::string> askPath(bool save);
+    [[nodiscard]] bool refuseWhilePolling();
+    [[nodiscard]] CalibrationOutcome save(const std::string& path);
     [[nodiscard]] bool single() const;
     void showError(const std::string& description);
     void notify(const char* title, const char* text);
