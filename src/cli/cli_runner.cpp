@@ -30,6 +30,8 @@ void dispatch(const CommandLine& line, CliSession& session, std::ostream& out)
             out);
     else if (line.command == "capture-demo")
         runCaptureDemo(session, line.arguments.empty() ? session.globals().gDemoFile : argument(0), out);
+    else if (line.command == "poll")
+        runPoll(session, line.poll, out);
 }
 
 int failed(const CliError& error, const RunServices& services)

@@ -75,6 +75,11 @@ public:
     [[nodiscard]] const AppGlobals& globals() const { return globals_; }
     [[nodiscard]] int userAccessLevel();
     [[nodiscard]] bool demo() const { return globals_.gDemo; }
+    // The seams of the run, for commands that drive more than the link (poll and its log).
+    [[nodiscard]] platform::EventLoop& loop() { return s_.loop; }
+    [[nodiscard]] platform::Dialogs& dialogs() { return s_.dialogs; }
+    [[nodiscard]] platform::SettingsStore& settings() { return s_.settings; }
+    [[nodiscard]] const std::string& programFolder() const { return s_.programFolder; }
 
 private:
     void readSetup();

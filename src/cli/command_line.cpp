@@ -26,6 +26,8 @@ constexpr std::array kCommands {
     CommandSpec { "get", 1, 1, "get NAME [--node N]" },
     CommandSpec { "sbread", 1, 1, "sbread CMD [--block] [--format F] [--extended]" },
     CommandSpec { "capture-demo", 0, 1, "capture-demo [FILE]" },
+    CommandSpec { "poll", 0, 0,
+        "poll [--count N] [--rate S] [--log FILE] [--comment TEXT] [--dlog FILE] [--slog FILE]" },
 };
 
 constexpr const char* kDescription
@@ -46,6 +48,14 @@ Commands:
   capture-demo [FILE]  Capture the attached device for demo mode: the target id, every
                        directory record and every readable file. FILE defaults to demo.ini
                        in the program folder.
+  poll                 Poll the pack as the main window does and print one line a sample:
+                       time, pack voltage, current, RSOC, temperature, then the cell
+                       voltages. --count N samples (default: until Ctrl-C), --rate S
+                       seconds apart (default 1). --log FILE writes the CSV log: a session
+                       with --comment TEXT, the static blocks of --slog FILE at both ends and
+                       a row a sample by the dynamic definition --dlog FILE (both default to
+                       the settings; --slog "" leaves the static blocks out). Ctrl-C and
+                       SIGTERM close the log with its closing static block.
 
 The link: the HLK dongle on the port of the CommPort setting unless --port names another,
 or the USB adapter when --usb names one (or Zentavia.ini has Communications=1 and UsbAdapter):
@@ -82,10 +92,17 @@ struct Options {
     QCommandLineOption block { "block", "sbread: read a block instead of a word." };
     QCommandLineOption format { "format", "sbread: HEX, UINT, SINT or STR.", "F" };
     QCommandLineOption extended { "extended", "sbread: keep the extended command set open." };
+    QCommandLineOption count { "count", "poll: number of samples.", "N" };
+    QCommandLineOption rate { "rate", "poll: seconds between samples.", "S" };
+    QCommandLineOption log { "log", "poll: write the CSV log to FILE.", "FILE" };
+    QCommandLineOption comment { "comment", "poll: the log session's comment.", "TEXT" };
+    QCommandLineOption dlog { "dlog", "poll: dynamic log definition file.", "FILE" };
+    QCommandLineOption slog { "slog", "poll: static log definition file.", "FILE" };
 
     void addTo(QCommandLineParser& parser) const
     {
         parser.addOptions({ help, port, usb, demo, home, address, node, block, format, extended });
+        parser.addOptions({ count, rate, log, comment, dlog, slog });
     }
 };
 
@@ -94,7 +111,7 @@ void configure(QCommandLineParser& parser, const Options& options)
     parser.setApplicationDescription(kDescription);
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     options.addTo(parser);
-    parser.addPositionalArgument("command", "detect, dir, read-file, get, sbread or capture-demo.");
+    parser.addPositionalArgument("command", "detect, dir, read-file, get, sbread, capture-demo or poll.");
     parser.addPositionalArgument("arguments", "The command's arguments.", "[arguments...]");
 }
 
@@ -108,8 +125,27 @@ void checkCommandOptions(const QCommandLineParser& parser, const Options& option
     onlyFor(options.block, "sbread");
     onlyFor(options.format, "sbread");
     onlyFor(options.extended, "sbread");
+    for (const auto* option : { &options.count, &options.rate, &options.log, &options.comment, &options.dlog,
+             &options.slog })
+        onlyFor(*option, "poll");
     if (parser.isSet(options.port) && parser.isSet(options.usb))
         throw usage("--port and --usb name two links; give one.");
+}
+
+void readPollOptions(const QCommandLineParser& parser, const Options& options, PollRequest& poll)
+{
+    if (parser.isSet(options.count))
+        poll.count = parseNumber(parser.value(options.count).toStdString(), "--count", 1, 1000000000);
+    if (parser.isSet(options.rate))
+        poll.rateSeconds = parseNumber(parser.value(options.rate).toStdString(), "--rate", 1, 86400);
+    poll.logFile = parser.value(options.log).toStdString();
+    poll.comment = parser.value(options.comment).toStdString();
+    if (parser.isSet(options.dlog))
+        poll.dynamicDefinition = parser.value(options.dlog).toStdString();
+    if (parser.isSet(options.slog))
+        poll.staticDefinition = parser.value(options.slog).toStdString();
+    if (parser.isSet(options.log) && poll.logFile.empty())
+        throw usage("--log needs a file.");
 }
 
 } // namespace
@@ -173,6 +209,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
             throw usage("--format is HEX, UINT, SINT or STR.");
         line.format = *format;
     }
+    readPollOptions(parser, options, line.poll);
     return line;
 }
 
