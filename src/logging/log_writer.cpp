@@ -225,7 +225,8 @@ void LogWriter::CaptureStaticData(bool first)
 {
     const LogRows rows(s_.globals.gListSep);
     const LogStamp at = stamp(first ? "0" : ElapsedCapture());
-    write((readSample() ? rows.data(at, s_.driver.Directory.LogFile) : rows.error(at)) + kRowEnd);
+    // One more CR LF pair: two empty lines after the block.
+    write((readSample() ? rows.data(at, s_.driver.Directory.LogFile) : rows.error(at)) + kRowEnd + kRowEnd);
 }
 
 void LogWriter::UpdateLogFile()
