@@ -21,10 +21,27 @@ MonitorWiring::MonitorWiring(MonitorWiringServices services)
                     s_.context.loop, s_.context.errors },
           commandHooks())
     , outputs_(outputServices(), platform::ui::eventLoopModal(s_.context.loop))
+    , logging_(monitor_, loggingServices())
 {
     wireMonitor();
     wireDeviceCommands(s_.context.form, commands_);
     wireOutputCommands(s_.context.form, outputs_);
+    wireLoggingCommands(s_.context.form, logging_);
+}
+
+// The logging windows are bound to their forms on first use and shown modally.
+LoggingCommandServices MonitorWiring::loggingServices()
+{
+    LoggingCommandServices services;
+    services.desktop = s_.desktop;
+    services.setMousePointer = s_.setMousePointer;
+    services.showModal = [this, run = platform::ui::eventLoopModal(s_.context.loop)](platform::ui::Window& window) {
+        if (!s_.binder.widgetOf(window) && s_.bindWindow)
+            s_.bindWindow(window);
+        run(window);
+    };
+    services.isTheDeviceWired = [this] { return commands_.IsTheDeviceWired(); };
+    return services;
 }
 
 MonitorWiring::~MonitorWiring() = default;

@@ -6,6 +6,7 @@
 
 #include "commands/device_commands.h"
 #include "editor/parameter_editor.h"
+#include "logging/logging_commands.h"
 #include "monitor/monitor.h"
 #include "outputs/output_commands.h"
 
@@ -30,6 +31,8 @@ struct MonitorWiringServices {
     std::function<void()> bringToFront;
     // Binds a window made on first use to its Qt form.
     std::function<void(platform::ui::Window&)> bindWindow;
+    // The associated program of an exported log.
+    platform::Desktop* desktop = nullptr;
 };
 
 class MonitorWiring {
@@ -48,6 +51,7 @@ private:
     [[nodiscard]] EditParameterContext editorContext();
     [[nodiscard]] CommandHooks commandHooks();
     [[nodiscard]] OutputServices outputServices();
+    [[nodiscard]] LoggingCommandServices loggingServices();
     void wireMonitor();
 
     MonitorWiringServices s_;
@@ -55,6 +59,7 @@ private:
     ParameterEditor editor_;
     DeviceCommands commands_;
     OutputCommands outputs_;
+    LoggingCommands logging_;
 };
 
 } // namespace zv::qt
