@@ -22,11 +22,13 @@ MonitorWiring::MonitorWiring(MonitorWiringServices services)
           commandHooks())
     , outputs_(outputServices(), platform::ui::eventLoopModal(s_.context.loop))
     , logging_(monitor_, loggingServices())
+    , settingsFiles_(monitor_, s_.setMousePointer)
 {
     wireMonitor();
     wireDeviceCommands(s_.context.form, commands_);
     wireOutputCommands(s_.context.form, outputs_);
     wireLoggingCommands(s_.context.form, logging_);
+    wireAppSettingsFiles(s_.context.form, settingsFiles_);
 }
 
 // The logging windows are bound to their forms on first use and shown modally.

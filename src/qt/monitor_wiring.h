@@ -7,6 +7,7 @@
 #include "commands/device_commands.h"
 #include "editor/parameter_editor.h"
 #include "logging/logging_commands.h"
+#include "monitor/app_settings_files.h"
 #include "monitor/monitor.h"
 #include "outputs/output_commands.h"
 
@@ -60,6 +61,7 @@ private:
     DeviceCommands commands_;
     OutputCommands outputs_;
     LoggingCommands logging_;
+    AppSettingsFiles settingsFiles_;
 };
 
 } // namespace zv::qt
