@@ -174,8 +174,21 @@ void LoggingCommands::mnuLoadLoggingDefinitionFile_Click()
     writer.definitions.mnuLoadLoggingDefinitionFile(m_.context.programFolder, s_.setMousePointer);
 }
 
+void LoggingCommands::mnuGenerateLogDefinitionFile_Click()
+{
+    MonitorContext& c = m_.context;
+    if (!wizard) {
+        clsCellWeft& driver = c.main.CellWeft();
+        wizard = std::make_unique<frmLogWizard>(LogWizardServices { c.form, driver, c.dialogs, c.settings,
+            c.programFolder, [&driver] { return driver.Parameters.UserAccessLevel; } });
+    }
+    if (s_.showModal)
+        s_.showModal(*wizard);
+}
+
 void wireLoggingCommands(frmMain& form, LoggingCommands& commands)
 {
+    form.mnuGenerateLogDefinitionFile.onClick = [&commands] { commands.mnuGenerateLogDefinitionFile_Click(); };
     form.mnuConfigLogging.onClick = [&commands] { commands.mnuConfigLogging_Click(); };
     form.mnuStartLogging.onClick = [&commands] { commands.mnuStartLogging_Click(); };
     form.mnuStopLogging.onClick = [&commands] { commands.mnuStopLogging_Click(); };

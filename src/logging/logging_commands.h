@@ -5,11 +5,13 @@
 // "Logging" menu.
 
 #include "logging/frm_log_comment.h"
+#include "logging/frm_log_wizard.h"
 #include "logging/frm_logging.h"
 #include "logging/log_writer.h"
 #include "platform/ui/show_modal.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 
 namespace zv::platform {
@@ -26,8 +28,6 @@ struct LoggingCommandServices {
     std::function<void(int)> setMousePointer; // 11 hourglass, 0 default
     platform::ui::ShowModal showModal; // frmLogging and the comment dialog
     std::function<bool()> isTheDeviceWired;
-    // The log definition tool (mnuGenerateLogDefinitionFile); none: the entry stays unavailable.
-    std::function<void()> generateLogDefinition;
 };
 
 class LoggingCommands {
@@ -44,10 +44,13 @@ public:
     void mnuCaptureLearnedData_Click();
     void mnuExport_Click();
     void mnuLoadLoggingDefinitionFile_Click();
+    // The log definition tool, made on first use.
+    void mnuGenerateLogDefinitionFile_Click();
 
     LogWriter writer;
     frmLogging logging;
     frmLogComment comment;
+    std::unique_ptr<frmLogWizard> wizard;
 
 private:
     [[nodiscard]] LogWriterHooks writerHooks();

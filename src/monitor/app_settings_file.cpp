@@ -72,9 +72,17 @@ public:
             return false;
         throw AppSettingsFileError(key + " is not True or False: \"" + value + "\"");
     }
+    // A whole number within 32 bits (colours may be written signed).
+    [[nodiscard]] long long whole(const char* section, const std::string& key) const
+    {
+        const double value = number(section, key);
+        if (!(value >= -2147483648.0 && value <= 4294967295.0))
+            throw AppSettingsFileError(key + " is out of range");
+        return static_cast<long long>(value);
+    }
     [[nodiscard]] platform::Rgb color(const char* section, const std::string& key) const
     {
-        return static_cast<platform::Rgb>(static_cast<long long>(number(section, key)));
+        return static_cast<platform::Rgb>(whole(section, key));
     }
 
 private:
@@ -146,7 +154,7 @@ AppSettingsFile readAppSettings(std::string_view text, std::size_t axes, std::si
     file.activeGrid = r.text(kPlotting, "ActiveGrid");
     for (const auto& [key, index] : kSwitchKeys)
         file.switches[index] = r.boolean(kPlotting, key);
-    file.temperatureUnits = static_cast<int>(r.number(kPreferences, "TemperatureUnits"));
+    file.temperatureUnits = static_cast<int>(r.whole(kPreferences, "TemperatureUnits"));
     file.foreColor1 = r.color(kPreferences, "ForeColor1");
     file.foreColor2 = r.color(kPreferences, "ForeColor2");
     file.alternateRowColor = r.color(kPreferences, "AlternateRowColor");

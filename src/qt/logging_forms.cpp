@@ -1,6 +1,10 @@
 #include "qt/logging_forms.h"
 
 #include <QCheckBox>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QMenuBar>
+#include <QTreeWidget>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -79,6 +83,113 @@ std::unique_ptr<QWidget> makeCommentForm()
     return form;
 }
 
+// A row dragged from one list and dropped on the other moves as a double click on it would: the
+// drop raises the source list's double click for its current row, so the window's rules apply.
+class DropAsDoubleClick : public QObject {
+public:
+    DropAsDoubleClick(QTreeWidget* target, QTreeWidget* source)
+        : QObject(target)
+        , target_(target)
+        , source_(source)
+    {
+        target->setDragEnabled(true);
+        target->setAcceptDrops(true);
+        target->viewport()->setAcceptDrops(true);
+        target->setDragDropMode(QAbstractItemView::DragDrop);
+        target->setDefaultDropAction(Qt::IgnoreAction);
+        target->viewport()->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (watched != target_->viewport())
+            return false;
+        if (event->type() == QEvent::DragEnter || event->type() == QEvent::DragMove) {
+            auto* drag = static_cast<QDropEvent*>(event);
+            if (drag->source() != source_)
+                return true;
+            drag->setDropAction(Qt::IgnoreAction);
+            drag->accept();
+            return true;
+        }
+        if (event->type() == QEvent::Drop) {
+            auto* drop = static_cast<QDropEvent*>(event);
+            if (drop->source() == source_ && source_->currentItem())
+                Q_EMIT source_->itemDoubleClicked(source_->currentItem(), 0);
+            drop->setDropAction(Qt::IgnoreAction);
+            drop->accept();
+            return true;
+        }
+        return false;
+    }
+
+private:
+    QTreeWidget* target_;
+    QTreeWidget* source_;
+};
+
+QTreeWidget* wizardList(QWidget* parent, const char* name)
+{
+    auto* tree = named<QTreeWidget>(parent, name);
+    tree->setSelectionMode(QAbstractItemView::SingleSelection);
+    tree->setRootIsDecorated(false);
+    tree->setMinimumSize(300, 360);
+    return tree;
+}
+
+std::unique_ptr<QWidget> makeLogWizardForm()
+{
+    auto form = dialog("frmLogWizard");
+    auto* layout = new QVBoxLayout(form.get());
+    auto* bar = new QMenuBar(form.get());
+    auto* file = bar->addMenu(QString());
+    file->setObjectName("mnuFile");
+    file->addAction(QString())->setObjectName("mnuExit");
+    auto* command = bar->addMenu(QString());
+    command->setObjectName("mnuCommand");
+    command->addAction(QString())->setObjectName("mnuReset");
+    command->addAction(QString())->setObjectName("mnuGenerateFile");
+    layout->setMenuBar(bar);
+
+    auto* page = new QHBoxLayout;
+    auto* back = named<QPushButton>(form.get(), "btnNavigate(0)");
+    auto* forward = named<QPushButton>(form.get(), "btnNavigate(1)");
+    for (auto* button : { back, forward }) {
+        button->setAutoDefault(false);
+        button->setFixedWidth(40);
+    }
+    auto* tab = named<QLabel>(form.get(), "lblTab");
+    tab->setAlignment(Qt::AlignCenter);
+    QFont bold = tab->font();
+    bold.setBold(true);
+    tab->setFont(bold);
+    page->addWidget(back);
+    page->addWidget(tab, 1);
+    page->addWidget(forward);
+    layout->addLayout(page);
+
+    auto* lists = new QHBoxLayout;
+    auto* source = wizardList(form.get(), "ListSource");
+    auto* destination = wizardList(form.get(), "ListDestination");
+    new DropAsDoubleClick(destination, source);
+    new DropAsDoubleClick(source, destination);
+    lists->addWidget(source);
+    lists->addWidget(destination);
+    layout->addLayout(lists);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(named<QLabel>(form.get(), "lblCounter"));
+    buttons->addStretch();
+    for (const char* name : { "btnReset", "btnGenerateFile" }) {
+        auto* button = named<QPushButton>(form.get(), name);
+        button->setAutoDefault(false);
+        buttons->addWidget(button);
+    }
+    layout->addLayout(buttons);
+    return form;
+}
+
 } // namespace
 
 std::unique_ptr<QWidget> makeLoggingFormFor(const std::string& windowName)
@@ -87,6 +198,8 @@ std::unique_ptr<QWidget> makeLoggingFormFor(const std::string& windowName)
         return makeLoggingForm();
     if (windowName == "frmLogComment")
         return makeCommentForm();
+    if (windowName == "frmLogWizard")
+        return makeLogWizardForm();
     return nullptr;
 }
 
