@@ -149,7 +149,7 @@ void frmLogWizard::fill()
             for (const auto& row : s_.form.lvParameters[page].rows()) {
                 const std::string key = trimmed(row.text);
                 if (!key.empty() && !ListDestination.row(key) && !ListSource.row(key))
-                    ListSource.addRow({ .key = key, .text = row.text, .subItems = { key } });
+                    ListSource.addRow({ .key = key, .text = key, .subItems = { key } });
             }
         }
     }

@@ -135,6 +135,15 @@ QTreeWidget* wizardList(QWidget* parent, const char* name)
     tree->setSelectionMode(QAbstractItemView::SingleSelection);
     tree->setRootIsDecorated(false);
     tree->setMinimumSize(300, 360);
+    // The second column holds the parameter's key: never shown.
+    QObject::connect(tree->model(), &QAbstractItemModel::columnsInserted, tree, [tree] {
+        if (tree->columnCount() > 1)
+            tree->setColumnHidden(1, true);
+    });
+    QObject::connect(tree->model(), &QAbstractItemModel::headerDataChanged, tree, [tree] {
+        if (tree->columnCount() > 1)
+            tree->setColumnHidden(1, true);
+    });
     return tree;
 }
 
