@@ -85,10 +85,14 @@ int LogDefinitionLoader::definitionLimit() const
 
 bool LogDefinitionLoader::readLines(const std::string& path, std::string& text)
 {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
+    std::error_code status;
+    const bool regular = std::filesystem::is_regular_file(path, status);
+    std::ifstream in;
+    if (regular)
+        in.open(path, std::ios::binary);
+    if (!regular || !in) {
         const int error = errno;
-        if (error == ENOENT || !std::filesystem::exists(path))
+        if (!regular || error == ENOENT)
             (void)s_.dialogs.messageBox("The file " + path + " is missing.\r\nError: File not found",
                 platform::Buttons::OK, platform::Icon::Critical, kLoadErrorTitle);
         else

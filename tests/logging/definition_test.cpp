@@ -7,6 +7,9 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <sstream>
+
 namespace zv::test {
 namespace {
 
@@ -167,6 +170,48 @@ TEST_F(LoaderTest, MenuLoadTellsTheOutcomeByName)
     sim.dialogs.answerMessage(platform::Answer::OK);
     loader().mnuLoadLoggingDefinitionFile(programFolder(), {});
     EXPECT_EQ(sim.dialogs.lastShown().text, "An error has occurred while loading file broken.dlog.");
+}
+
+} // namespace
+} // namespace zv::test
+
+namespace zv::test {
+namespace {
+
+// The definitions shipped in "Data Logging Files" fit the pack and decode to plausible values.
+TEST_F(LoaderTest, ShippedDefinitionsLoadAndDecodeThePacksValues)
+{
+    const std::string folder = programFolder() + "/Data Logging Files/";
+    ASSERT_TRUE(loader().LoadStaticLogDefinition(folder + "characterize_12cell.slog"));
+    ASSERT_TRUE(loader().LoadDynamicLogDefinition(folder + "characterize_12cell.dlog"));
+    ASSERT_TRUE(loader().LoadMapDefinition(folder + "SBData.map"));
+    writer().settings.DynamicDefinitionFile = folder + "characterize_12cell.dlog";
+    ASSERT_TRUE(start("shipped"));
+    sample();
+    const auto all = lines();
+    std::vector<std::string> header;
+    std::vector<std::string> data;
+    for (const auto& line : all) {
+        std::stringstream fields(line);
+        std::vector<std::string> row;
+        for (std::string field; std::getline(fields, field, ',');)
+            row.push_back(field);
+        if (!row.empty() && row[0] == "HEADER [D]")
+            header = row;
+        if (!row.empty() && row[0] == "DATA")
+            data = row;
+    }
+    ASSERT_EQ(header.size(), data.size());
+    const auto column = [&](const std::string& label) {
+        const auto at = std::find(header.begin(), header.end(), label);
+        return at == header.end() ? -1 : std::stoi(data[static_cast<std::size_t>(at - header.begin())]);
+    };
+    EXPECT_GT(column("Cell 1 Voltage"), 2500);
+    EXPECT_LT(column("Cell 1 Voltage"), 4500);
+    EXPECT_GT(column("Cell 1 Temperature"), 2500) << "tenths of a kelvin";
+    EXPECT_GT(column("Pack Voltage"), 8 * 2500);
+    EXPECT_GE(column("Relative State of Charge"), 0);
+    EXPECT_LE(column("Relative State of Charge"), 100);
 }
 
 } // namespace
