@@ -16,7 +16,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (entry.label.find('\t') != std::string::npos || entry.dataType.find('\t') != std::string::npos)
             std::abort();
     const auto image = zv::logDefinitionImage(parsed.entries);
-    if (image.size() != 2 + 2 * parsed.entries.size() || (image[0] | (image[1] << 8)) != static_cast<int>(parsed.entries.size() & 0xFFFF))
+    if (image.size() != 2 + 2 * parsed.entries.size()
+        || (image[0] | (image[1] << 8)) != static_cast<int>(parsed.entries.size() & 0xFFFF))
         std::abort();
     return 0;
 }

@@ -15,7 +15,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (file.axes.size() > 4 || file.colors.size() != 35)
             std::abort();
         const auto again = zv::readAppSettings(zv::writeAppSettings(file), 4, 35);
-        if (again.axes.size() != file.axes.size() || again.colors != file.colors || again.switches != file.switches)
+        if (again.axes.size() != file.axes.size() || again.colors != file.colors
+            || again.switches != file.switches)
             std::abort();
     } catch (const zv::AppSettingsFileError&) {
     }

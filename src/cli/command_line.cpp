@@ -125,8 +125,8 @@ void checkCommandOptions(const QCommandLineParser& parser, const Options& option
     onlyFor(options.block, "sbread");
     onlyFor(options.format, "sbread");
     onlyFor(options.extended, "sbread");
-    for (const auto* option : { &options.count, &options.rate, &options.log, &options.comment, &options.dlog,
-             &options.slog })
+    for (const auto* option :
+        { &options.count, &options.rate, &options.log, &options.comment, &options.dlog, &options.slog })
         onlyFor(*option, "poll");
     if (parser.isSet(options.port) && parser.isSet(options.usb))
         throw usage("--port and --usb name two links; give one.");

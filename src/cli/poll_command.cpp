@@ -36,7 +36,7 @@ public:
     StopSignals()
     {
         stopRequested = 0;
-        struct sigaction action {};
+        struct sigaction action { };
         action.sa_handler = onStopSignal;
         sigemptyset(&action.sa_mask);
         sigaction(SIGINT, &action, &oldInt_);
@@ -51,8 +51,8 @@ public:
     StopSignals& operator=(const StopSignals&) = delete;
 
 private:
-    struct sigaction oldInt_ {};
-    struct sigaction oldTerm_ {};
+    struct sigaction oldInt_ { };
+    struct sigaction oldTerm_ { };
 };
 
 std::string shown(const clsSMBusParameter* parameter, int mode, const DisplaySettings& display)
@@ -107,8 +107,8 @@ void runPoll(CliSession& session, const PollRequest& request, std::ostream& out)
         const std::string comment = request.comment.empty() ? kDefaultComment : request.comment;
         hooks.askComment = [comment] { return std::optional<std::string>(comment); };
         hooks.configure = [] { return false; };
-        log = std::make_unique<LogWriter>(
-            LogWriterServices { driver, globals, session.settings(), session.dialogs(), loop, session.programFolder() },
+        log = std::make_unique<LogWriter>(LogWriterServices { driver, globals, session.settings(),
+                                              session.dialogs(), loop, session.programFolder() },
             std::move(hooks));
         log->settings.LogFilePath = request.logFile;
         if (request.dynamicDefinition)
@@ -122,7 +122,8 @@ void runPoll(CliSession& session, const PollRequest& request, std::ostream& out)
     int failures = 0;
     for (int taken = 0; !request.count || taken < *request.count; ++taken) {
         if (taken > 0) {
-            for (int waited = 0; waited < request.rateSeconds * 1000 && !stopRequested; waited += kStopCheckMs)
+            for (int waited = 0; waited < request.rateSeconds * 1000 && !stopRequested;
+                 waited += kStopCheckMs)
                 loop.wait(kStopCheckMs);
         }
         if (stopRequested)

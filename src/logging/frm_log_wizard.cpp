@@ -21,7 +21,8 @@ constexpr platform::Rgb kStripe = 0xF5F0E8;
 std::string trimmed(const std::string& text)
 {
     const auto first = text.find_first_not_of(' ');
-    return first == std::string::npos ? std::string() : text.substr(first, text.find_last_not_of(' ') - first + 1);
+    return first == std::string::npos ? std::string()
+                                      : text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
 void stripe(platform::ui::ListView& list)
@@ -49,8 +50,8 @@ frmLogWizard::frmLogWizard(LogWizardServices services)
     mnuCommand.setCaption("&Command");
     mnuReset.setCaption("&Reset");
     mnuGenerateFile.setCaption("&Generate File");
-    addControls({ &ListSource, &ListDestination, &lblTab, &lblCounter, &btnNavigate[0], &btnNavigate[1], &btnReset,
-        &btnGenerateFile, &mnuFile, &mnuExit, &mnuCommand, &mnuReset, &mnuGenerateFile });
+    addControls({ &ListSource, &ListDestination, &lblTab, &lblCounter, &btnNavigate[0], &btnNavigate[1],
+        &btnReset, &btnGenerateFile, &mnuFile, &mnuExit, &mnuCommand, &mnuReset, &mnuGenerateFile });
     btnNavigate[0].onClick = [this] { turnPage(-1); };
     btnNavigate[1].onClick = [this] { turnPage(1); };
     btnReset.onClick = [this] { reset(); };
@@ -229,7 +230,8 @@ std::string frmLogWizard::definitionText() const
         }
         if (!parameter)
             throw std::runtime_error("There is no parameter " + key);
-        text += wizardLine(row.text, parameter->FileNumber, element, wizardTypeLetter(parameter->SubBlockDataType));
+        text += wizardLine(
+            row.text, parameter->FileNumber, element, wizardTypeLetter(parameter->SubBlockDataType));
     }
     return text;
 }
@@ -242,7 +244,8 @@ void frmLogWizard::generate()
         return;
     }
     platform::FileDialogOptions options;
-    options.filter = "Dynamic Log Definition Files (*.dlog)|*.dlog|Static Log Definition Files (*.slog)|*.slog";
+    options.filter
+        = "Dynamic Log Definition Files (*.dlog)|*.dlog|Static Log Definition Files (*.slog)|*.slog";
     options.folder = readSetting(s_.settings, "Path_Logging", s_.programFolder);
     const auto chosen = s_.dialogs.saveFile(options);
     if (!chosen)
@@ -261,12 +264,12 @@ void frmLogWizard::generate()
         }
         std::filesystem::rename(temporary, target);
     } catch (const std::exception& e) {
-        (void)s_.dialogs.messageBox(std::string("Error 1: ") + e.what(), platform::Buttons::OK,
-            platform::Icon::Critical, kTitle);
+        (void)s_.dialogs.messageBox(
+            std::string("Error 1: ") + e.what(), platform::Buttons::OK, platform::Icon::Critical, kTitle);
         return;
     }
-    (void)s_.dialogs.messageBox(
-        "A new log definition file has been created.", platform::Buttons::OK, platform::Icon::Information, kTitle);
+    (void)s_.dialogs.messageBox("A new log definition file has been created.", platform::Buttons::OK,
+        platform::Icon::Information, kTitle);
 }
 
 } // namespace zv

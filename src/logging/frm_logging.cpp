@@ -31,7 +31,8 @@ constexpr std::array<FileRow, kLoggingFiles> kRows { {
 bool hasExtension(const std::string& path, const char* extension)
 {
     const std::string_view ext(extension);
-    return path.size() >= ext.size() && platform::equalsIgnoreCase(std::string_view(path).substr(path.size() - ext.size()), ext);
+    return path.size() >= ext.size()
+        && platform::equalsIgnoreCase(std::string_view(path).substr(path.size() - ext.size()), ext);
 }
 
 } // namespace
@@ -81,7 +82,9 @@ void frmLogging::cmdSelectFle_Click(int index)
     options.filter = row.filter;
     options.folder = readSetting(s_.settings, "Path_Logging", s_.programFolder);
     if (options.folder.empty())
-        options.folder = std::filesystem::path(lblFile[static_cast<std::size_t>(index)].caption()).parent_path().string();
+        options.folder = std::filesystem::path(lblFile[static_cast<std::size_t>(index)].caption())
+                             .parent_path()
+                             .string();
     std::string chosen;
     if (index == 2) {
         const auto path = s_.dialogs.saveFile(options);

@@ -68,7 +68,8 @@ ParsedLogDefinition parseLogDefinition(std::string_view text)
         }
         LogDefinitionEntry entry;
         entry.label = std::string(parts[0]);
-        for (auto [field, target] : { std::pair { parts[1], &entry.fileNumber }, { parts[2], &entry.fileElement } }) {
+        for (auto [field, target] :
+            { std::pair { parts[1], &entry.fileNumber }, { parts[2], &entry.fileElement } }) {
             if (auto error = readInteger(field, *target); !error.empty()) {
                 parsed.outcome = LogDefinitionOutcome::BadNumber;
                 parsed.error = std::move(error);
@@ -84,7 +85,8 @@ ParsedLogDefinition parseLogDefinition(std::string_view text)
 std::vector<std::uint8_t> logDefinitionImage(const std::vector<LogDefinitionEntry>& entries)
 {
     const auto count = static_cast<std::uint16_t>(entries.size());
-    std::vector<std::uint8_t> image { static_cast<std::uint8_t>(count & 0xFF), static_cast<std::uint8_t>(count >> 8) };
+    std::vector<std::uint8_t> image { static_cast<std::uint8_t>(count & 0xFF),
+        static_cast<std::uint8_t>(count >> 8) };
     for (const auto& entry : entries) {
         image.push_back(static_cast<std::uint8_t>(entry.fileNumber & 0xFF));
         image.push_back(static_cast<std::uint8_t>(entry.fileElement & 0xFF));

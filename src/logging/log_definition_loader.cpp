@@ -130,8 +130,8 @@ bool LogDefinitionLoader::load(LogDefinitionKind kind, const std::string& path, 
         return false;
     }
     if (parsed.outcome == LogDefinitionOutcome::BadNumber) {
-        (void)s_.dialogs.messageBox("An error has occurred while attempting to load the file " + path
-                + "\r\nError: " + parsed.error,
+        (void)s_.dialogs.messageBox(
+            "An error has occurred while attempting to load the file " + path + "\r\nError: " + parsed.error,
             platform::Buttons::OK, platform::Icon::Critical, kLoadErrorTitle);
         return false;
     }

@@ -33,7 +33,8 @@ public:
 
     // mnuLoadLoggingDefinitionFile: the open dialog in "Data Logging Files", the hourglass, no
     // limit, no wait, and the closing information box.
-    void mnuLoadLoggingDefinitionFile(const std::string& programFolder, const std::function<void(int)>& setMousePointer);
+    void mnuLoadLoggingDefinitionFile(
+        const std::string& programFolder, const std::function<void(int)>& setMousePointer);
     // The load of the menu for a file already chosen: true when read and downloaded.
     [[nodiscard]] bool loadChosen(const std::string& path);
 

@@ -56,7 +56,8 @@ std::string LogRows::stamped(const char* kind, const LogStamp& stamp) const
     return kind + d_ + stamp.date + d_ + stamp.time + d_ + stamp.capture;
 }
 
-std::string LogRows::sessionComment(const std::string& date, const std::string& time, const std::string& text) const
+std::string LogRows::sessionComment(
+    const std::string& date, const std::string& time, const std::string& text) const
 {
     return "COMMENT" + d_ + date + d_ + time + d_ + "0" + d_ + text + kEnd + kEnd;
 }
@@ -102,8 +103,8 @@ std::string LogRows::comment(const LogStamp& stamp, const std::string& text) con
     return stamped("COMMENT", stamp) + d_ + text + kEnd;
 }
 
-std::string LogRows::change(
-    const LogStamp& stamp, const std::string& name, const std::string& oldValue, const std::string& newValue) const
+std::string LogRows::change(const LogStamp& stamp, const std::string& name, const std::string& oldValue,
+    const std::string& newValue) const
 {
     return stamped("CHANGE", stamp) + d_ + field(name) + d_ + field(oldValue) + d_ + field(newValue) + kEnd;
 }

@@ -29,16 +29,16 @@ public:
     explicit LogRows(std::string delimiter);
 
     // The first row of a session, with its empty line.
-    [[nodiscard]] std::string sessionComment(const std::string& date, const std::string& time,
-        const std::string& text) const;
+    [[nodiscard]] std::string sessionComment(
+        const std::string& date, const std::string& time, const std::string& text) const;
     // TITLE, SOURCE FILE, ULMAR FILE, ELEMENT, FORMAT and HEADER of a definition.
     [[nodiscard]] std::string headerBlock(const std::string& title, const std::string& sourceFile,
         const LogFile& definition, bool dynamic) const;
     [[nodiscard]] std::string data(const LogStamp& stamp, const LogFile& definition) const;
     [[nodiscard]] std::string error(const LogStamp& stamp) const;
     [[nodiscard]] std::string comment(const LogStamp& stamp, const std::string& text) const;
-    [[nodiscard]] std::string change(const LogStamp& stamp, const std::string& name, const std::string& oldValue,
-        const std::string& newValue) const;
+    [[nodiscard]] std::string change(const LogStamp& stamp, const std::string& name,
+        const std::string& oldValue, const std::string& newValue) const;
     // The learned data: its commas become delimiters.
     [[nodiscard]] std::string learned(const LogStamp& stamp, std::string_view commaSeparated) const;
 

@@ -23,7 +23,10 @@ struct LogSettings {
 
     [[nodiscard]] bool hasStatic() const { return isDefined(StaticDefinitionFile); }
     [[nodiscard]] bool hasDynamic() const { return isDefined(DynamicDefinitionFile); }
-    [[nodiscard]] static bool isDefined(const std::string& path) { return !path.empty() && path != kNotDefined; }
+    [[nodiscard]] static bool isDefined(const std::string& path)
+    {
+        return !path.empty() && path != kNotDefined;
+    }
 };
 
 // The definition files default to the target's SLOG and DLOG of Zentavia.ini, in

@@ -32,7 +32,8 @@ std::string wizardCellKey(std::string_view name, int cell)
 {
     const auto first = name.find_first_not_of(' ');
     const auto last = name.find_last_not_of(' ');
-    const std::string_view trimmed = first == std::string_view::npos ? std::string_view {} : name.substr(first, last - first + 1);
+    const std::string_view trimmed
+        = first == std::string_view::npos ? std::string_view {} : name.substr(first, last - first + 1);
     return std::string(trimmed) + "(" + std::to_string(cell) + ")";
 }
 
@@ -52,8 +53,8 @@ std::optional<WizardCellKey> parseWizardCellKey(std::string_view key)
 
 std::string wizardLine(std::string_view text, int file, int element, std::string_view type)
 {
-    return std::string(text) + "\t" + std::to_string(file) + "\t" + std::to_string(element) + "\t" + std::string(type)
-        + "\r\n";
+    return std::string(text) + "\t" + std::to_string(file) + "\t" + std::to_string(element) + "\t"
+        + std::string(type) + "\r\n";
 }
 
 } // namespace zv

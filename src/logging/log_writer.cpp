@@ -108,7 +108,7 @@ bool LogWriter::LoggingStartup()
         const auto answer = hooks.askComment
             ? hooks.askComment()
             : s_.dialogs.inputBox(
-                  "Would you like to add a comment to the start of this log session?", "Enter Comment", "");
+                "Would you like to add a comment to the start of this log session?", "Enter Comment", "");
         if (!answer || answer->empty())
             return false;
         SessionComment = commentText(*answer, s_.globals.gListSep);
@@ -129,7 +129,8 @@ bool LogWriter::LoggingStartup()
                 return false;
             }
             write(LogRows(s_.globals.gListSep)
-                      .headerBlock(staticTitle, settings.StaticDefinitionFile, s_.driver.Directory.LogFile, false));
+                      .headerBlock(
+                          staticTitle, settings.StaticDefinitionFile, s_.driver.Directory.LogFile, false));
             CaptureStaticData(true);
         }
         if (!definitions.LoadDynamicLogDefinition(settings.DynamicDefinitionFile)) {
@@ -137,7 +138,8 @@ bool LogWriter::LoggingStartup()
             return false;
         }
         write(LogRows(s_.globals.gListSep)
-                  .headerBlock(dynamicTitle, settings.DynamicDefinitionFile, s_.driver.Directory.LogFile, true));
+                  .headerBlock(
+                      dynamicTitle, settings.DynamicDefinitionFile, s_.driver.Directory.LogFile, true));
         if (hooks.setMenus && (!hooks.mainWindowActive || hooks.mainWindowActive()))
             hooks.setMenus(true);
         FirstSample = true;
@@ -169,8 +171,8 @@ bool LogWriter::openFile()
         (void)s_.dialogs.messageBox("The file " + path + " is missing.\r\nError: " + std::strerror(error),
             platform::Buttons::OK, platform::Icon::Critical, "Missing File");
     else
-        (void)s_.dialogs.messageBox("An error has occurred while opening the file " + path
-                + "\r\nError: " + std::strerror(error),
+        (void)s_.dialogs.messageBox(
+            "An error has occurred while opening the file " + path + "\r\nError: " + std::strerror(error),
             platform::Buttons::OK, platform::Icon::Critical, "Error Opening File");
     return false;
 }
@@ -241,7 +243,8 @@ void LogWriter::UpdateLogFile()
         } else {
             write(rows.error(at));
             if (s_.globals.gBreakOnError)
-                (void)s_.dialogs.messageBox("Function FileAccessRequest returned false while trying to log data",
+                (void)s_.dialogs.messageBox(
+                    "Function FileAccessRequest returned false while trying to log data",
                     platform::Buttons::OK, platform::Icon::Exclamation, "Debug Breakpoint Active");
         }
         if (FirstSample) {
@@ -269,8 +272,8 @@ void LogWriter::CloseLog()
         if (settings.hasStatic() && definitions.LoadStaticLogDefinition(settings.StaticDefinitionFile)) {
             const AppVersion v = appVersion();
             write(LogRows(s_.globals.gListSep)
-                      .headerBlock(captureTitle(v.major, v.minor, v.revision, false), settings.StaticDefinitionFile,
-                          s_.driver.Directory.LogFile, false));
+                      .headerBlock(captureTitle(v.major, v.minor, v.revision, false),
+                          settings.StaticDefinitionFile, s_.driver.Directory.LogFile, false));
             CaptureStaticData(false);
         }
         file_.close();
@@ -310,7 +313,8 @@ void LogWriter::captureLearnedData()
         if (std::string(1, c) == s_.globals.gListSep)
             c = ',';
     write(rows.learned(stamp(captureNow()), text));
-    s_.dialogs.notify("Ra Data Captured", "Ra data has been captured and logged.", platform::Icon::Information);
+    s_.dialogs.notify(
+        "Ra Data Captured", "Ra data has been captured and logged.", platform::Icon::Information);
 }
 
 void LogWriter::logChange(const clsSMBusParameter& parameter)

@@ -23,12 +23,12 @@ std::size_t row(PendingCommand command)
 } // namespace
 
 LoggingCommands::LoggingCommands(Monitor& monitor, LoggingCommandServices services)
-    : writer(LogWriterServices { monitor.context.main.CellWeft(), monitor.context.globals, monitor.context.settings,
-                 monitor.context.dialogs, monitor.context.loop, monitor.context.programFolder,
-                 monitor.context.errors },
-          {})
-    , logging(LoggingDialogServices { monitor.context.globals, monitor.context.settings, monitor.context.dialogs,
-          monitor.context.programFolder,
+    : writer(LogWriterServices { monitor.context.main.CellWeft(), monitor.context.globals,
+                 monitor.context.settings, monitor.context.dialogs, monitor.context.loop,
+                 monitor.context.programFolder, monitor.context.errors },
+        {})
+    , logging(LoggingDialogServices { monitor.context.globals, monitor.context.settings,
+          monitor.context.dialogs, monitor.context.programFolder,
           [this](const LogSettings& chosen) {
               writer.settings = chosen;
               showStartStop(chosen.AutoLogging);
@@ -188,14 +188,16 @@ void LoggingCommands::mnuGenerateLogDefinitionFile_Click()
 
 void wireLoggingCommands(frmMain& form, LoggingCommands& commands)
 {
-    form.mnuGenerateLogDefinitionFile.onClick = [&commands] { commands.mnuGenerateLogDefinitionFile_Click(); };
+    form.mnuGenerateLogDefinitionFile.onClick
+        = [&commands] { commands.mnuGenerateLogDefinitionFile_Click(); };
     form.mnuConfigLogging.onClick = [&commands] { commands.mnuConfigLogging_Click(); };
     form.mnuStartLogging.onClick = [&commands] { commands.mnuStartLogging_Click(); };
     form.mnuStopLogging.onClick = [&commands] { commands.mnuStopLogging_Click(); };
     form.mnuAddComment.onClick = [&commands] { commands.mnuAddComment_Click(); };
     form.mnuCaptureLearnedData.onClick = [&commands] { commands.mnuCaptureLearnedData_Click(); };
     form.mnuExport.onClick = [&commands] { commands.mnuExport_Click(); };
-    form.mnuLoadLoggingDefinitionFile.onClick = [&commands] { commands.mnuLoadLoggingDefinitionFile_Click(); };
+    form.mnuLoadLoggingDefinitionFile.onClick
+        = [&commands] { commands.mnuLoadLoggingDefinitionFile_Click(); };
     form.refreshAvailability();
 }
 

@@ -149,7 +149,8 @@ AppSettingsFile readAppSettings(std::string_view text, std::size_t axes, std::si
     }
     for (std::size_t c = 0; c < channels; ++c) {
         const std::string key = channelKey(c, "Color");
-        file.colors.push_back(r.text(kPlotting, key).empty() ? static_cast<platform::Rgb>(-1) : r.color(kPlotting, key));
+        file.colors.push_back(
+            r.text(kPlotting, key).empty() ? static_cast<platform::Rgb>(-1) : r.color(kPlotting, key));
     }
     file.activeGrid = r.text(kPlotting, "ActiveGrid");
     for (const auto& [key, index] : kSwitchKeys)

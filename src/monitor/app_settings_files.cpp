@@ -109,11 +109,13 @@ void AppSettingsFiles::mnuSaveZentaviaSettings()
     const bool saved = save(*chosen);
     c.form.enableAllCommands(true);
     if (!saved) {
-        (void)c.dialogs.messageBox("An error has occurred\r\nError: the file " + *chosen + " could not be written",
+        (void)c.dialogs.messageBox(
+            "An error has occurred\r\nError: the file " + *chosen + " could not be written",
             platform::Buttons::OK, platform::Icon::Critical, "Zentavia");
         return;
     }
-    c.dialogs.notify("Save Application Settings", "Application settings have been saved.", platform::Icon::Information);
+    c.dialogs.notify(
+        "Save Application Settings", "Application settings have been saved.", platform::Icon::Information);
 }
 
 void AppSettingsFiles::mnuLoadZentaviaSettings()
@@ -125,10 +127,11 @@ void AppSettingsFiles::mnuLoadZentaviaSettings()
     const auto chosen = c.dialogs.openFiles(options);
     if (chosen.empty())
         return;
-    writeSetting(c.settings, "Path_AppSettings", std::filesystem::path(chosen.front()).parent_path().string());
+    writeSetting(
+        c.settings, "Path_AppSettings", std::filesystem::path(chosen.front()).parent_path().string());
     if (load(chosen.front()))
-        c.dialogs.notify(
-            "Load Application Settings", "Application settings have been loaded.", platform::Icon::Information);
+        c.dialogs.notify("Load Application Settings", "Application settings have been loaded.",
+            platform::Icon::Information);
 }
 
 bool AppSettingsFiles::load(const std::string& path)
@@ -143,8 +146,8 @@ bool AppSettingsFiles::load(const std::string& path)
         all << in.rdbuf();
         const std::string text = all.str();
         if (appSettingsVersion(text) != versionText()) {
-            (void)c.dialogs.messageBox(
-                "Invalid Zentavia File", platform::Buttons::OK, platform::Icon::Critical, "Invalid Data File");
+            (void)c.dialogs.messageBox("Invalid Zentavia File", platform::Buttons::OK,
+                platform::Icon::Critical, "Invalid Data File");
         } else {
             // Read whole before anything changes: a bad value leaves the window as it was.
             apply(readAppSettings(text, c.form.iPlot.yAxisCount(), c.form.iPlot.channelCount()));
@@ -182,11 +185,13 @@ void AppSettingsFiles::apply(const AppSettingsFile& file)
     }
     for (std::size_t ch = 0; ch < file.colors.size() && ch < plot.channelCount(); ++ch)
         if (file.colors[ch] != static_cast<platform::Rgb>(-1))
-            plot.updateChannel(ch, [&](platform::ui::ChartChannel& channel) { channel.color = file.colors[ch]; });
+            plot.updateChannel(
+                ch, [&](platform::ui::ChartChannel& channel) { channel.color = file.colors[ch]; });
     plot.setGridYAxisName(file.activeGrid);
     plot.endUpdate();
     for (std::size_t s = 0; s < file.switches.size(); ++s)
-        form.iSwitchLed[s].setValue(file.switches[s] ? platform::ui::CheckBox::Checked : platform::ui::CheckBox::Unchecked);
+        form.iSwitchLed[s].setValue(
+            file.switches[s] ? platform::ui::CheckBox::Checked : platform::ui::CheckBox::Unchecked);
 
     StartupSettings& now = c.globals.settings;
     now.TemperatureUnits = file.temperatureUnits;

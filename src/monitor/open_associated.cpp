@@ -38,10 +38,12 @@ std::string associatedOpenText(int code)
         { 27, "The file name association is incomplete or invalid." },
         { 28, "The DDE transaction could not be completed because the request timed out." },
         { 29, "The DDE transaction failed." },
-        { 30, "The Dynamic Data Exchange (DDE) transaction could not be completed because other DDE "
-              "transactions were being processed." },
-        { 31, "There is no application associated with the given file name extension.\r\n"
-              "This error will also be returned if you attempt to print a file that is not printable." },
+        { 30,
+            "The Dynamic Data Exchange (DDE) transaction could not be completed because other DDE "
+            "transactions were being processed." },
+        { 31,
+            "There is no application associated with the given file name extension.\r\n"
+            "This error will also be returned if you attempt to print a file that is not printable." },
     } };
     for (const auto& [number, text] : kTexts)
         if (number == code)

@@ -37,11 +37,12 @@ LoggingCommandServices MonitorWiring::loggingServices()
     LoggingCommandServices services;
     services.desktop = s_.desktop;
     services.setMousePointer = s_.setMousePointer;
-    services.showModal = [this, run = platform::ui::eventLoopModal(s_.context.loop)](platform::ui::Window& window) {
-        if (!s_.binder.widgetOf(window) && s_.bindWindow)
-            s_.bindWindow(window);
-        run(window);
-    };
+    services.showModal
+        = [this, run = platform::ui::eventLoopModal(s_.context.loop)](platform::ui::Window& window) {
+              if (!s_.binder.widgetOf(window) && s_.bindWindow)
+                  s_.bindWindow(window);
+              run(window);
+          };
     services.isTheDeviceWired = [this] { return commands_.IsTheDeviceWired(); };
     return services;
 }

@@ -70,7 +70,8 @@ TEST_F(CliPollTest, LogHasTheStaticBlocksAtBothEndsAndARowASample)
 
 TEST_F(CliPollTest, RefusedLogsAndOptions)
 {
-    auto result = run({ "poll", "--count", "1", "--log", logPath(), "--dlog", (folder / "none.dlog").string() });
+    auto result
+        = run({ "poll", "--count", "1", "--log", logPath(), "--dlog", (folder / "none.dlog").string() });
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(result.err, HasSubstr("is missing."));
     EXPECT_THAT(result.err, HasSubstr("Logging failed to start."));

@@ -76,7 +76,8 @@ protected:
 
     ChildProcess packsim { ZENTAVIA_PACKSIM, { "--pty", "--cells", "12" } };
     std::string device;
-    std::string logPath = std::filesystem::temp_directory_path() / ("zv-poll-pty-" + std::to_string(::getpid()) + ".csv");
+    std::string logPath
+        = std::filesystem::temp_directory_path() / ("zv-poll-pty-" + std::to_string(::getpid()) + ".csv");
 };
 
 TEST_F(PollOverPty, KilledPollLeavesEveryWrittenRowComplete)

@@ -24,7 +24,8 @@ struct FormatCase {
 };
 
 const FormatCase kFormats[] = {
-    { "comments and blank lines only", "; a comment\r\n\r\n   \r\n;Tick\t0\t0\tU\r\n", LogDefinitionOutcome::Ok, 0 },
+    { "comments and blank lines only", "; a comment\r\n\r\n   \r\n;Tick\t0\t0\tU\r\n",
+        LogDefinitionOutcome::Ok, 0 },
     { "three tabs with an empty label", "\t1\t3\tS\n", LogDefinitionOutcome::Ok, 1 },
     { "blanks around a line", "   Tick\t0\t0\tU   \r\n", LogDefinitionOutcome::Ok, 1 },
     { "trailing tab", "Tick\t0\t0\tU\nCurrent\t1\t3\tS\t\n", LogDefinitionOutcome::BadFieldCount, 1 },
@@ -87,15 +88,16 @@ TEST_F(LoaderTest, DynamicLimitExactlyPassesOneMoreDownloadsNothing)
     EXPECT_GE(sim.loop.milliseconds() - before, 3000) << "the load waits for the device";
     EXPECT_EQ(downloadedCount(), limit);
     EXPECT_EQ(sim.driver().Directory.LogFile.FileCount, limit);
-    EXPECT_EQ(sim.driver().Directory.LogFile.Item(std::to_string(limit))->FileLabel, "W" + std::to_string(limit - 1));
+    EXPECT_EQ(sim.driver().Directory.LogFile.Item(std::to_string(limit))->FileLabel,
+        "W" + std::to_string(limit - 1));
 
     ASSERT_TRUE(loader().LoadDynamicLogDefinition(file("two.dlog", entries(2))));
     sim.dialogs.answerMessage(platform::Answer::OK);
     EXPECT_FALSE(loader().LoadDynamicLogDefinition(file("over.dlog", entries(limit + 1))));
     EXPECT_EQ(sim.dialogs.lastShown().title, "Too Many Log Definitions");
     EXPECT_EQ(sim.dialogs.lastShown().text,
-        "The maximum number of log definitions must not exceed " + std::to_string(limit)
-            + ".\r\nThere are " + std::to_string(limit + 1) + " currently defined. Please reduce the number of entries.");
+        "The maximum number of log definitions must not exceed " + std::to_string(limit) + ".\r\nThere are "
+            + std::to_string(limit + 1) + " currently defined. Please reduce the number of entries.");
     EXPECT_EQ(downloadedCount(), 2) << "nothing was downloaded";
 }
 
@@ -124,11 +126,13 @@ struct BoxCase {
 };
 
 const BoxCase kBoxes[] = {
-    { "bad line, dynamic", "Tick\t0\t0\n", false, "Dynamic Data Log Definition File Error", "Invalid File Format" },
+    { "bad line, dynamic", "Tick\t0\t0\n", false, "Dynamic Data Log Definition File Error",
+        "Invalid File Format" },
     { "bad line, menu", "Tick\t0\t0\n", true, "File Error", "Invalid File Format" },
     { "not a number", "Tick\tx\t0\tU\n", false, "Error loading file",
         "An error has occurred while attempting to load the file %p\r\nError: Type mismatch" },
-    { "missing file", nullptr, false, "Error loading file", "The file %p is missing.\r\nError: File not found" },
+    { "missing file", nullptr, false, "Error loading file",
+        "The file %p is missing.\r\nError: File not found" },
 };
 
 TEST_F(LoaderTest, EachFailureShowsItsBoxAndKeepsTheEntriesBeforeIt)

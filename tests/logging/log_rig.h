@@ -18,7 +18,8 @@ inline std::string usDate(std::chrono::system_clock::time_point when)
     const std::time_t t = std::chrono::system_clock::to_time_t(when);
     std::tm tm {};
     gmtime_r(&t, &tm);
-    return std::to_string(tm.tm_mon + 1) + "/" + std::to_string(tm.tm_mday) + "/" + std::to_string(tm.tm_year + 1900);
+    return std::to_string(tm.tm_mon + 1) + "/" + std::to_string(tm.tm_mday) + "/"
+        + std::to_string(tm.tm_year + 1900);
 }
 
 inline std::string usTime(std::chrono::system_clock::time_point when)
@@ -36,7 +37,7 @@ class LogRig {
 public:
     LogRig()
         : folder(std::filesystem::temp_directory_path()
-              / ("zv-logging-" + std::to_string(::getpid()) + "-" + std::to_string(++serial())))
+            / ("zv-logging-" + std::to_string(::getpid()) + "-" + std::to_string(++serial())))
     {
         std::filesystem::remove_all(folder);
         std::filesystem::create_directories(folder);
@@ -55,8 +56,8 @@ public:
             LogWriterHooks hooks;
             hooks.date = usDate;
             hooks.time = usTime;
-            writer_ = std::make_unique<LogWriter>(
-                LogWriterServices { sim.driver(), sim.globals, sim.settings, sim.dialogs, sim.loop, programFolder() },
+            writer_ = std::make_unique<LogWriter>(LogWriterServices { sim.driver(), sim.globals, sim.settings,
+                                                      sim.dialogs, sim.loop, programFolder() },
                 std::move(hooks));
             writer_->settings.LogFilePath = (folder / "log.csv").string();
             writer_->settings.StaticDefinitionFile = kNotDefined;

@@ -16,8 +16,8 @@ using ::testing::ElementsAre;
 
 TEST(LogWizardRules, LettersElementsAndKeys)
 {
-    const std::pair<int, const char*> letters[] = { { 0, "H" }, { 7, "H" }, { 1, "U" }, { 2, "U" }, { 4, "U" },
-        { 8, "U" }, { 3, "S" }, { 5, "S" }, { 6, "STR" }, { 9, "STR" }, { 255, "STR" } };
+    const std::pair<int, const char*> letters[] = { { 0, "H" }, { 7, "H" }, { 1, "U" }, { 2, "U" },
+        { 4, "U" }, { 8, "U" }, { 3, "S" }, { 5, "S" }, { 6, "STR" }, { 9, "STR" }, { 255, "STR" } };
     for (const auto& [type, letter] : letters)
         EXPECT_STREQ(wizardTypeLetter(type), letter) << type;
     EXPECT_EQ(wizardElement(2, 3, 8), 18);
@@ -119,7 +119,8 @@ TEST_F(LogWizardTest, GeneratedFileLoadsAndDownloads)
 {
     h.dialogs.answerMessage(platform::Answer::OK);
     wizard.generate();
-    EXPECT_EQ(h.dialogs.lastShown().text, "Please add at least one parameter to the 'Logged Parameters' list.");
+    EXPECT_EQ(
+        h.dialogs.lastShown().text, "Please add at least one parameter to the 'Logged Parameters' list.");
 
     wizard.ListSource.userDoubleClick("Temperature(3)");
     for (int i = 0; i < 20 && (wizard.PageIndex < 0 || wizard.ListSource.rowCount() == 0); ++i)
@@ -144,8 +145,8 @@ TEST_F(LogWizardTest, GeneratedFileLoadsAndDownloads)
     EXPECT_EQ(all.str(),
         "Tick\t0\t0\tU\r\nTemperature(3)\t4\t"
             + std::to_string(temperature->FileIndex + 2 * wizard.ParametersInFile4) + "\t"
-            + wizardTypeLetter(temperature->SubBlockDataType) + "\r\n" + wizard.ListDestination.rows()[1].text + "\t"
-            + std::to_string(gateway->FileNumber) + "\t" + std::to_string(gateway->FileIndex) + "\t"
+            + wizardTypeLetter(temperature->SubBlockDataType) + "\r\n" + wizard.ListDestination.rows()[1].text
+            + "\t" + std::to_string(gateway->FileNumber) + "\t" + std::to_string(gateway->FileIndex) + "\t"
             + wizardTypeLetter(gateway->SubBlockDataType) + "\r\n");
 
     LogDefinitionLoader loader({ h.driver(), h.dialogs, h.loop });

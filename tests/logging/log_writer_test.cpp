@@ -75,7 +75,8 @@ TEST_F(LogWriterTest, SessionAsTheExampleShowsIt)
             "DATA," + at + R"(0\.0333,\d+,-?\d+)",
         });
     EXPECT_EQ(sim.dialogs.shown().front().title, "Enter Comment");
-    EXPECT_EQ(sim.dialogs.shown().front().text, "Would you like to add a comment to the start of this log session?");
+    EXPECT_EQ(sim.dialogs.shown().front().text,
+        "Would you like to add a comment to the start of this log session?");
 }
 
 TEST_F(LogWriterTest, TwoSessionsInOneFile)
@@ -88,7 +89,8 @@ TEST_F(LogWriterTest, TwoSessionsInOneFile)
     sim.dialogs.answerMessage(platform::Answer::OK); // the file exists: append
     ASSERT_TRUE(start("two"));
     const auto all = lines();
-    const auto second = std::find_if(all.begin() + 1, all.end(), [](const std::string& l) { return l.starts_with("COMMENT,"); });
+    const auto second = std::find_if(
+        all.begin() + 1, all.end(), [](const std::string& l) { return l.starts_with("COMMENT,"); });
     ASSERT_NE(second, all.end()) << ::testing::PrintToString(all);
     const auto at = static_cast<std::size_t>(second - all.begin());
     // The first session's closing static block, its data row, two empty lines, the second session.
@@ -98,7 +100,8 @@ TEST_F(LogWriterTest, TwoSessionsInOneFile)
     EXPECT_EQ(all[at - 1], "");
     EXPECT_THAT(*second, ::testing::EndsWith(",0,two"));
     EXPECT_EQ(sim.dialogs.shown()[sim.dialogs.shown().size() - 2].text,
-        "The file log.csv already exists.\r\nIf you continue, the data collected will be appended to the end\r\n"
+        "The file log.csv already exists.\r\nIf you continue, the data collected will be appended to the "
+        "end\r\n"
         "of this file. Otherwise you can click Cancel to create a new file. \r\n\r\n"
         "Click OK to continue or Cancel to create new.");
 }
@@ -122,7 +125,8 @@ TEST_F(LogWriterTest, CommentsKeepTheColumnsAndLaterRowsFollowTheHeader)
     const auto all = lines();
     EXPECT_THAT(all.front(), ::testing::EndsWith(",0,a b  c"));
     EXPECT_THAT(all[all.size() - 3], ::testing::MatchesRegex(R"(COMMENT,.*,1\.0000,tap  then wait)"));
-    EXPECT_THAT(all[all.size() - 2], ::testing::MatchesRegex(R"(CHANGE,.*,1\.0000,Cell Over Voltage,4200,4250)"));
+    EXPECT_THAT(
+        all[all.size() - 2], ::testing::MatchesRegex(R"(CHANGE,.*,1\.0000,Cell Over Voltage,4200,4250)"));
     EXPECT_THAT(all.back(), ::testing::MatchesRegex(R"(Ra,.*,1\.0000(,[0-9]+)+)"));
     ASSERT_FALSE(sim.dialogs.notifications().empty());
     EXPECT_EQ(sim.dialogs.notifications().back().title, "Ra Data Captured");
@@ -162,11 +166,13 @@ TEST_F(LogWriterTest, DecimalCommaGivesSemicolonsInEveryRow)
         EXPECT_NE(line.find(';'), std::string::npos) << line;
         std::stringstream fields(line);
         for (std::string field; std::getline(fields, field, ';');)
-            EXPECT_TRUE(field.find(',') == std::string::npos || std::regex_match(field, std::regex(R"(\d+,\d{4})")))
+            EXPECT_TRUE(
+                field.find(',') == std::string::npos || std::regex_match(field, std::regex(R"(\d+,\d{4})")))
                 << field << " in " << line;
     }
     EXPECT_THAT(lines().front(), ::testing::EndsWith(";0;semi colon  comma"));
-    EXPECT_THAT(lines(), ::testing::Contains(::testing::MatchesRegex(R"(DATA;[^;]+;[^;]+;0,0333;[0-9]+;-?[0-9]+)")));
+    EXPECT_THAT(
+        lines(), ::testing::Contains(::testing::MatchesRegex(R"(DATA;[^;]+;[^;]+;0,0333;[0-9]+;-?[0-9]+)")));
 }
 
 TEST_F(LogWriterTest, StartRefusals)
@@ -231,7 +237,9 @@ TEST_F(LogWriterTest, EveryRowIsInTheFileWhileTheLogIsOpen)
         const auto all = lines();
         ASSERT_FALSE(all.empty());
         EXPECT_THAT(all.back(), ::testing::StartsWith("DATA,"));
-        EXPECT_EQ(std::count_if(all.begin(), all.end(), [](const std::string& l) { return l.starts_with("DATA,"); }), i + 1);
+        EXPECT_EQ(std::count_if(
+                      all.begin(), all.end(), [](const std::string& l) { return l.starts_with("DATA,"); }),
+            i + 1);
     }
 }
 

@@ -45,7 +45,8 @@ TEST(OpenAssociated, MapsEachFailureOntoItsCode)
         const std::string path = (rig.folder / c.file).string();
         if (c.code != 0)
             rig.sim.dialogs.answerMessage(platform::Answer::OK);
-        const bool opened = OpenAssociated(path, desktop, rig.sim.dialogs, [&](const std::string& t) { info = t; });
+        const bool opened
+            = OpenAssociated(path, desktop, rig.sim.dialogs, [&](const std::string& t) { info = t; });
         EXPECT_EQ(opened, c.code == 0);
         if (c.code != 0) {
             EXPECT_EQ(associatedOpenFailure(path), c.code);

@@ -53,7 +53,8 @@ protected:
             s << plot.yAxis(i).min << "/" << plot.yAxis(i).span << "/" << plot.yAxis(i).title << ";";
         for (std::size_t c = 0; c < plot.channelCount(); ++c)
             s << plot.channel(c).color << ",";
-        s << plot.gridYAxisName() << "|" << h.globals.settings.TemperatureUnits << "|" << h.globals.settings.ForeColor1;
+        s << plot.gridYAxisName() << "|" << h.globals.settings.TemperatureUnits << "|"
+          << h.globals.settings.ForeColor1;
         return s.str();
     }
 
@@ -77,8 +78,9 @@ TEST_F(AppSettingsFilesTest, SavedFileLoadsBackOnAnotherSetup)
     h.dialogs.answerSaveFile((folder / "bench.ini").string());
     files.mnuSaveZentaviaSettings();
     const std::string text = read("bench.ini");
-    EXPECT_TRUE(text.starts_with("[ApplicationID]\r\nVersion=" + version() + "\r\n\r\n[Plotting]\r\nYAxis(0).Min=-2500\r\n"
-                                 "YAxis(0).Max=2500\r\nYAxis(0).Title=Pack current\r\nYAxis(0).TitleShow=True\r\n"))
+    EXPECT_TRUE(text.starts_with("[ApplicationID]\r\nVersion=" + version()
+        + "\r\n\r\n[Plotting]\r\nYAxis(0).Min=-2500\r\n"
+          "YAxis(0).Max=2500\r\nYAxis(0).Title=Pack current\r\nYAxis(0).TitleShow=True\r\n"))
         << text;
     EXPECT_THAT(text, HasSubstr("Channel(3).Color=1193046\r\n"));
     EXPECT_THAT(text, HasSubstr("TChannel=True\r\n"));
@@ -133,7 +135,8 @@ TEST_F(AppSettingsFilesTest, RefusedFilesChangeNothing)
 TEST_F(AppSettingsFilesTest, FewerAxesAndMoreChannelsThanTheChart)
 {
     const std::string text = "[ApplicationID]\r\nVersion=" + version() + "\r\n\r\n[Plotting]\r\n"
-        + "Channel(0).Color=255\r\nChannel(999).Color=65280\r\nActiveGrid=\r\nVChannel=True\r\nTChannel=False\r\n"
+        + "Channel(0).Color=255\r\nChannel(999).Color=65280\r\nActiveGrid=\r\nVChannel=True\r\nTChannel="
+          "False\r\n"
           "CChannel=True\r\nSChannel=False\r\n\r\n[Preferences]\r\nTemperatureUnits=0\r\nForeColor1=1\r\n"
           "ForeColor2=2\r\nAlternateRowColor=3\r\n";
     const auto axis0 = form->iPlot.yAxis(0);
