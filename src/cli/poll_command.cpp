@@ -8,6 +8,7 @@
 #include "logging/log_writer.h"
 #include "platform/event_loop.h"
 
+#include <clocale>
 #include <csignal>
 #include <ostream>
 
@@ -99,6 +100,11 @@ void runPoll(CliSession& session, const PollRequest& request, std::ostream& out)
     clsCellWeft& driver = session.driver();
     platform::EventLoop& loop = session.loop();
     AppGlobals globals = session.globals();
+    // The log's delimiter and the capture's decimal separator follow the user's locale, as in the
+    // desktop program.
+    if (const std::lconv* conventions = std::localeconv();
+        conventions && conventions->decimal_point && *conventions->decimal_point)
+        globals.setDecimalSeparator(*conventions->decimal_point);
     StopSignals signals;
 
     std::unique_ptr<LogWriter> log;

@@ -43,9 +43,7 @@ LoggingCommands::LoggingCommands(Monitor& monitor, LoggingCommandServices servic
 
 LoggingCommands::~LoggingCommands()
 {
-    // A shutdown closes the file with its closing block.
-    if (writer.LogOpen)
-        writer.CloseLog();
+    // The device may be gone by now: the file is closed (and synced) without a closing block.
     PollHooks& hooks = m_.poll.hooks;
     hooks.updateLogFile = nullptr;
     hooks.startLogging = nullptr;
@@ -108,6 +106,7 @@ void LoggingCommands::wireMonitor()
     form.monitorSteps.loggingState = [this] {
         writer.reloadSettings();
         m_.context.globals.settings.AutoLogging = writer.settings.AutoLogging;
+        showStartStop(writer.settings.AutoLogging);
         setMenus(writer.LogOpen);
     };
 }
