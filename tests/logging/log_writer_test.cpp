@@ -210,38 +210,5 @@ TEST_F(LogWriterTest, StartRefusals)
     EXPECT_EQ(sim.dialogs.lastShown().title, "Missing File");
 }
 
-TEST_F(LogWriterTest, WhilePollingTheStartWaitsForTheTickAndOnlyPollSamplesAreLogged)
-{
-    bool deferred = false;
-    writer().hooks.deferStartup = [&] { deferred = true; };
-    sim.globals.PollingActive = true;
-    EXPECT_TRUE(writer().StartLogging());
-    EXPECT_TRUE(deferred);
-    EXPECT_FALSE(writer().LogOpen);
-
-    sim.globals.PollingActive = false;
-    ASSERT_TRUE(start("outside a poll"));
-    writer().UpdateLogFile(); // a sample of "poll all once"
-    writer().CloseLog();
-    for (const auto& line : lines())
-        EXPECT_FALSE(line.starts_with("DATA")) << line;
-}
-
-TEST_F(LogWriterTest, EveryRowIsInTheFileWhileTheLogIsOpen)
-{
-    ASSERT_TRUE(start("live"));
-    for (int i = 0; i < 5; ++i) {
-        sample();
-        sim.loop.wait(300);
-        // Read by another handle, as a spreadsheet or a crash would find it.
-        const auto all = lines();
-        ASSERT_FALSE(all.empty());
-        EXPECT_THAT(all.back(), ::testing::StartsWith("DATA,"));
-        EXPECT_EQ(std::count_if(
-                      all.begin(), all.end(), [](const std::string& l) { return l.starts_with("DATA,"); }),
-            i + 1);
-    }
-}
-
 } // namespace
 } // namespace zv::test
