@@ -164,6 +164,10 @@ FileResult PackFileServer::writeData(int file, int offset, int count, std::span<
     if (file == LogDefinitionFile && (data[0] | (data[1] << 8)) > spec.size / spec.chunk)
         return { StatusTooLarge, 0, 0 };
     std::vector<std::uint8_t>& bytes = model_.files.bytes(file);
+    // The log definition's count word comes on top of its largest number of entries.
+    const auto end = static_cast<std::size_t>(offset * spec.chunk) + data.size();
+    if (file == LogDefinitionFile && bytes.size() < end)
+        bytes.resize(end, 0);
     std::copy(data.begin(), data.end(), bytes.begin() + offset * spec.chunk);
     if (spec.persistence == Persistence::Direct) {
         model_.flashDirty = true;

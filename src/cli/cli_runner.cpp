@@ -36,6 +36,8 @@ void dispatch(const CommandLine& line, CliSession& session, std::ostream& out)
         runRestoreCal(session, argument(0), line.yes, out);
     else if (line.command == "calibrate")
         runCalibrate(session, line.arguments, out);
+    else if (line.command == "poll")
+        runPoll(session, line.poll, out);
 }
 
 int failed(const CliError& error, const RunServices& services)

@@ -76,8 +76,12 @@ public:
     [[nodiscard]] int userAccessLevel();
     [[nodiscard]] bool demo() const { return globals_.gDemo; }
     // The boxes of the run and the stream of its messages (stderr).
-    [[nodiscard]] platform::Dialogs& dialogs() { return s_.dialogs; }
     [[nodiscard]] std::ostream& diagnostics() { return s_.diagnostics; }
+    // The seams of the run, for commands that drive more than the link (poll and its log).
+    [[nodiscard]] platform::EventLoop& loop() { return s_.loop; }
+    [[nodiscard]] platform::Dialogs& dialogs() { return s_.dialogs; }
+    [[nodiscard]] platform::SettingsStore& settings() { return s_.settings; }
+    [[nodiscard]] const std::string& programFolder() const { return s_.programFolder; }
 
 private:
     void readSetup();

@@ -31,6 +31,8 @@ constexpr std::array kCommands {
     CommandSpec { "calibrate", 1, 4,
         "calibrate current-offset | current-gain MILLIAMPS | temperature VALUE{C|K} | cell N LOW_MV "
         "HIGH_MV" },
+    CommandSpec { "poll", 0, 0,
+        "poll [--count N] [--rate S] [--log FILE] [--comment TEXT] [--dlog FILE] [--slog FILE]" },
 };
 
 constexpr const char* kDescription
@@ -60,6 +62,14 @@ Commands:
                        (the ambient temperature, e.g. 25C or 298K), cell N LOW_MV HIGH_MV
                        (two-point voltage calibration of cell N where the target offers it).
                        A negative value follows "--": calibrate current-gain -- -1000.
+  poll                 Poll the pack as the main window does and print one line a sample:
+                       time, pack voltage, current, RSOC, temperature, then the cell
+                       voltages. --count N samples (default: until Ctrl-C), --rate S
+                       seconds apart (default 1). --log FILE writes the CSV log: a session
+                       with --comment TEXT, the static blocks of --slog FILE at both ends and
+                       a row a sample by the dynamic definition --dlog FILE (both default to
+                       the settings; --slog "" leaves the static blocks out). Ctrl-C and
+                       SIGTERM close the log with its closing static block.
 
 The link: the HLK dongle on the port of the CommPort setting unless --port names another,
 or the USB adapter when --usb names one (or Zentavia.ini has Communications=1 and UsbAdapter):
@@ -97,10 +107,18 @@ struct Options {
     QCommandLineOption format { "format", "sbread: HEX, UINT, SINT or STR.", "F" };
     QCommandLineOption extended { "extended", "sbread: keep the extended command set open." };
     QCommandLineOption yes { "yes", "restore-cal: go on when the file's sizes do not match the device." };
+    QCommandLineOption count { "count", "poll: number of samples.", "N" };
+    QCommandLineOption rate { "rate", "poll: seconds between samples.", "S" };
+    QCommandLineOption log { "log", "poll: write the CSV log to FILE.", "FILE" };
+    QCommandLineOption comment { "comment", "poll: the log session's comment.", "TEXT" };
+    QCommandLineOption dlog { "dlog", "poll: dynamic log definition file.", "FILE" };
+    QCommandLineOption slog { "slog", "poll: static log definition file.", "FILE" };
 
     void addTo(QCommandLineParser& parser) const
     {
-        parser.addOptions({ help, port, usb, demo, home, address, node, block, format, extended, yes });
+        parser.addOptions({ help, port, usb, demo, home, address, node, block, format, extended });
+        parser.addOptions({ yes });
+        parser.addOptions({ count, rate, log, comment, dlog, slog });
     }
 };
 
@@ -109,8 +127,7 @@ void configure(QCommandLineParser& parser, const Options& options)
     parser.setApplicationDescription(kDescription);
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     options.addTo(parser);
-    parser.addPositionalArgument(
-        "command", "detect, dir, read-file, get, sbread, capture-demo, save-cal, restore-cal or calibrate.");
+    parser.addPositionalArgument("command", "One of the commands above.");
     parser.addPositionalArgument("arguments", "The command's arguments.", "[arguments...]");
 }
 
@@ -125,8 +142,27 @@ void checkCommandOptions(const QCommandLineParser& parser, const Options& option
     onlyFor(options.format, "sbread");
     onlyFor(options.extended, "sbread");
     onlyFor(options.yes, "restore-cal");
+    for (const auto* option :
+        { &options.count, &options.rate, &options.log, &options.comment, &options.dlog, &options.slog })
+        onlyFor(*option, "poll");
     if (parser.isSet(options.port) && parser.isSet(options.usb))
         throw usage("--port and --usb name two links; give one.");
+}
+
+void readPollOptions(const QCommandLineParser& parser, const Options& options, PollRequest& poll)
+{
+    if (parser.isSet(options.count))
+        poll.count = parseNumber(parser.value(options.count).toStdString(), "--count", 1, 1000000000);
+    if (parser.isSet(options.rate))
+        poll.rateSeconds = parseNumber(parser.value(options.rate).toStdString(), "--rate", 1, 86400);
+    poll.logFile = parser.value(options.log).toStdString();
+    poll.comment = parser.value(options.comment).toStdString();
+    if (parser.isSet(options.dlog))
+        poll.dynamicDefinition = parser.value(options.dlog).toStdString();
+    if (parser.isSet(options.slog))
+        poll.staticDefinition = parser.value(options.slog).toStdString();
+    if (parser.isSet(options.log) && poll.logFile.empty())
+        throw usage("--log needs a file.");
 }
 
 } // namespace
@@ -191,6 +227,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
             throw usage("--format is HEX, UINT, SINT or STR.");
         line.format = *format;
     }
+    readPollOptions(parser, options, line.poll);
     return line;
 }
 

@@ -2,6 +2,7 @@
 // The command line of zentavia-cli: the link options, one command and its arguments.
 
 #include "cli/cli_session.h"
+#include "cli/commands.h"
 #include "cli/sbd_notation.h"
 
 #include <string>
@@ -18,6 +19,7 @@ struct CommandLine {
     bool block = false; // sbread --block
     bool extended = false; // sbread --extended
     SbdFormat format = SbdFormat::HEX; // sbread --format
+    PollRequest poll; // poll's options
     bool help = false;
     bool yes = false; // restore-cal --yes
 };

@@ -4,6 +4,7 @@
 #include "cli/sbd_notation.h"
 
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,17 @@ struct SbReadRequest {
 };
 // sbread CMD [--block]: an SMBus word or block read.
 void runSbRead(CliSession& session, const SbReadRequest& request, std::ostream& out);
+struct PollRequest {
+    std::optional<int> count; // --count: samples; none: until stopped
+    int rateSeconds = 1; // --rate: seconds between samples
+    std::string logFile; // --log: the CSV log; empty: no log
+    std::string comment; // --comment: the session's comment
+    std::optional<std::string> dynamicDefinition; // --dlog; none: the setting
+    std::optional<std::string> staticDefinition; // --slog; none: the setting
+};
+// poll: one line per sample (time, pack voltage, current, RSOC, temperature, cell voltages) and,
+// with --log, the CSV log of the log writer. SIGINT and SIGTERM end the poll and close the log.
+void runPoll(CliSession& session, const PollRequest& request, std::ostream& out);
 // capture-demo [FILE]: the capture of the attached device that demo mode runs from.
 void runCaptureDemo(CliSession& session, const std::string& file, std::ostream& out);
 

@@ -364,6 +364,8 @@ void frmMain::setLoggingCommands()
     const bool logOpen = logFileOpen && logFileOpen();
     for (auto* item : { &mnuConfigLogging, &mnuExport, &mnuStartLogging })
         setCommand(*item, !logOpen);
+    for (auto* item : { &mnuStopLogging, &mnuAddComment, &mnuCaptureLearnedData })
+        setCommand(*item, logOpen);
     setCommand(mnuStopPolling, context_.globals.PollingActive);
 }
 

@@ -229,6 +229,7 @@ void Application::attachMonitor()
     services.closeSplash = [this] { splash_.unload(); };
     services.bringToFront = [this] { mainForm_->show(); };
     services.bindWindow = [this](platform::ui::Window& window) { bindWindow(window); };
+    services.desktop = &desktop_;
     monitor_ = std::make_unique<MonitorWiring>(std::move(services));
     monitor_->monitor().edits.hooks.reload = [this] { reconnect(); };
     // One connect path: the splash and the target detection of the start-up.

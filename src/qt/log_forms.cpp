@@ -1,5 +1,7 @@
 #include "qt/log_forms.h"
 
+#include "qt/logging_forms.h"
+
 #include "qt/access_forms.h"
 #include "qt/commands_forms.h"
 #include "qt/outputs_forms.h"
@@ -49,6 +51,8 @@ std::unique_ptr<QWidget> makeFormFor(const std::string& windowName)
     if (auto form = makeOutputsFormFor(windowName))
         return form;
     if (auto form = makeCommandsFormFor(windowName))
+        return form;
+    if (auto form = makeLoggingFormFor(windowName))
         return form;
     return makeAccessFormFor(windowName);
 }

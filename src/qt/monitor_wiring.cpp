@@ -25,11 +25,31 @@ MonitorWiring::MonitorWiring(MonitorWiringServices services)
     , calibration_({ s_.context.main, s_.context.globals, s_.context.form, s_.context.dialogs,
                        s_.context.loop, s_.context.settings, s_.context.errors },
           calibrationHooks())
+    , logging_(monitor_, loggingServices())
+    , settingsFiles_(monitor_, s_.setMousePointer)
 {
     wireMonitor();
     wireCalibrationCommands(s_.context.form, calibration_);
     wireDeviceCommands(s_.context.form, commands_);
     wireOutputCommands(s_.context.form, outputs_);
+    wireLoggingCommands(s_.context.form, logging_);
+    wireAppSettingsFiles(s_.context.form, settingsFiles_);
+}
+
+// The logging windows are bound to their forms on first use and shown modally.
+LoggingCommandServices MonitorWiring::loggingServices()
+{
+    LoggingCommandServices services;
+    services.desktop = s_.desktop;
+    services.setMousePointer = s_.setMousePointer;
+    services.showModal
+        = [this, run = platform::ui::eventLoopModal(s_.context.loop)](platform::ui::Window& window) {
+              if (!s_.binder.widgetOf(window) && s_.bindWindow)
+                  s_.bindWindow(window);
+              run(window);
+          };
+    services.isTheDeviceWired = [this] { return commands_.IsTheDeviceWired(); };
+    return services;
 }
 
 MonitorWiring::~MonitorWiring() = default;

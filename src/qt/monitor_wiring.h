@@ -7,6 +7,8 @@
 #include "calibration/calibration_commands.h"
 #include "commands/device_commands.h"
 #include "editor/parameter_editor.h"
+#include "logging/logging_commands.h"
+#include "monitor/app_settings_files.h"
 #include "monitor/monitor.h"
 #include "outputs/output_commands.h"
 
@@ -31,6 +33,8 @@ struct MonitorWiringServices {
     std::function<void()> bringToFront;
     // Binds a window made on first use to its Qt form.
     std::function<void(platform::ui::Window&)> bindWindow;
+    // The associated program of an exported log.
+    platform::Desktop* desktop = nullptr;
 };
 
 class MonitorWiring {
@@ -50,6 +54,7 @@ private:
     [[nodiscard]] CommandHooks commandHooks();
     [[nodiscard]] OutputServices outputServices();
     [[nodiscard]] CalibrationCommandHooks calibrationHooks();
+    [[nodiscard]] LoggingCommandServices loggingServices();
     void wireMonitor();
 
     MonitorWiringServices s_;
@@ -58,6 +63,8 @@ private:
     DeviceCommands commands_;
     OutputCommands outputs_;
     CalibrationCommands calibration_;
+    LoggingCommands logging_;
+    AppSettingsFiles settingsFiles_;
 };
 
 } // namespace zv::qt

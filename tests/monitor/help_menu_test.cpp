@@ -81,10 +81,10 @@ TEST_F(HelpMenuTest, AFileThatCannotBeOpenedIsExplained)
     frmMain& form = makeForm(folder.path().string());
     h.dialogs.answerMessage(Answer::OK);
     h.dialogs.answerMessage(Answer::OK);
-    form.mnuHelp_Contents.click(); // addmenu.txt is missing
+    form.mnuHelp_Contents.click(); // addmenu.txt is missing, and its folder too
     EXPECT_EQ(h.dialogs.lastShown().title, "File Error");
-    EXPECT_EQ(h.dialogs.lastShown().text, "The specified file was not found.");
-    EXPECT_EQ(form.sbStatusBar.panelText("Info"), "The specified file was not found.");
+    EXPECT_EQ(h.dialogs.lastShown().text, "The specified path was not found.");
+    EXPECT_EQ(form.sbStatusBar.panelText("Info"), "The specified path was not found.");
     EXPECT_TRUE(desktop.opened.empty());
 
     std::filesystem::create_directories(documents);

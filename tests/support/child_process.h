@@ -85,6 +85,13 @@ public:
         return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
     }
 
+    // Sends a signal without waiting for the child.
+    void sendSignal(int signal)
+    {
+        if (pid_ > 0)
+            ::kill(pid_, signal);
+    }
+
     // Asks the child to stop (SIGTERM) and reaps it.
     void terminate()
     {
