@@ -22,6 +22,8 @@ MonitorWiring::MonitorWiring(MonitorWiringServices services)
           commandHooks())
     , outputs_(outputServices(), platform::ui::eventLoopModal(s_.context.loop))
 {
+    if (s_.bindWindow)
+        s_.bindWindow(outputs_.preferences);
     wireMonitor();
     wireDeviceCommands(s_.context.form, commands_);
     wireOutputCommands(s_.context.form, outputs_);
