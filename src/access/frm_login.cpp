@@ -82,6 +82,9 @@ void frmLogin::refuseLogin()
         "Invalid Password!", platform::Buttons::OK, platform::Icon::Critical, kLoginTitle);
 }
 
+// 1001 and 1002 leave the login, 1003 leaves the program (its sealed main window has nothing to
+// offer). With no main window on the screen, leaving the login leaves the program as well: the
+// process never stays without a window.
 void frmLogin::btnCancel_Click()
 {
     const AppGlobals& globals = access_.services().globals;
@@ -92,10 +95,22 @@ void frmLogin::btnCancel_Click()
             mainWindow.showBootStrapLoader();
         return;
     }
+    const bool mainWindowShown = mainWindow.window && mainWindow.window->visible();
     if (globals.gTargetID == "1001" || globals.gTargetID == "1002")
         unload();
-    else if (globals.gTargetID == "1003" && mainWindow.window)
-        mainWindow.window->unload();
+    else if (globals.gTargetID != "1003" && mainWindowShown)
+        return;
+    if (globals.gTargetID == "1003" || !mainWindowShown) {
+        unload();
+        if (mainWindow.endSession)
+            mainWindow.endSession();
+    }
+}
+
+bool frmLogin::handleCloseRequest()
+{
+    btnCancel_Click();
+    return !loaded() || !visible();
 }
 
 } // namespace zv

@@ -23,6 +23,8 @@ public:
 protected:
     void handleLoad() override;
     void handleUnload() override { txtPassword.setText({}); }
+    // The close box is Cancel.
+    [[nodiscard]] bool handleCloseRequest() override;
 
 private:
     void cmdLogon_Click();

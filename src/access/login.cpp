@@ -119,6 +119,10 @@ void UserAccess::GetUserLevelFromHardware()
         call(mainWindow_.UpdateMenus);
         return;
     }
+    // Started without a device ("Continue Disconnected"): nothing to read and nobody to log in to
+    // until Connect to Pack finds one; the main window keeps its commands off meanwhile.
+    if (services_.main.CellWeft().Status() == 1)
+        return;
     if (services_.globals.gTargetID == "1003" && services_.globals.usbTransport() && mainWindow_.window)
         setControlVisible(*mainWindow_.window, "mnuConfigure", false);
     level = ReadUserLevel(services_);

@@ -59,6 +59,9 @@ struct MainWindowAccess {
     std::function<void(int)> SetMousePointer; // 11 hourglass, 0 normal
     // Shows a window modally and returns when it is hidden or unloaded.
     std::function<void(platform::ui::Window&)> showModal;
+    // Ends the program: through the main window's close request when it is loaded, otherwise in
+    // the exit order of the start-up.
+    std::function<void()> endSession;
 };
 
 // The eight bytes of a password text: the character codes, padded with 0, at most eight.
@@ -83,7 +86,8 @@ public:
     UserAccess& operator=(const UserAccess&) = delete;
 
     // Reads the level and acts on it: menus and tabs when open (or unreadable), the login
-    // window with the main window hidden when sealed. Demo mode is level 2.
+    // window with the main window hidden when sealed. Demo mode is level 2. Offline (no device
+    // was connected) nothing is read and no login opens.
     void GetUserLevelFromHardware();
     // Loads and shows the login window without blocking (the target detection found a seal).
     void OpenLogin();

@@ -185,6 +185,8 @@ bool DeviceCommands::initialize(bool relearn)
     if (hooks_.showSplash)
         hooks_.showSplash(kInitializing);
     s_.window.sbStatusBar.setPanelText(kInfoPanel, kInitializing);
+    // The splash and the text are painted before the wait for the restart begins.
+    s_.loop.processEvents();
     const bool ok
         = driver().WriteCommandFile(relearn ? command_words::kInitializeRelearn : command_words::kInitialize,
             command_words::initializeWaitMs(s_.globals.gTargetID));
@@ -242,7 +244,7 @@ frmSafeDisconnect& DeviceCommands::safeDisconnect()
 {
     if (!safeDisconnect_) {
         safeDisconnect_ = std::make_unique<frmSafeDisconnect>(SafeDisconnectServices {
-            s_.loop, [this] { return readWordZero(); }, [this] { s_.window.unload(); } });
+            s_.loop, [this] { return readWordZero(); }, [this] { s_.window.requestClose(); } });
         if (hooks_.onWindowCreated)
             hooks_.onWindowCreated(*safeDisconnect_);
     }

@@ -21,7 +21,7 @@ struct SafeDisconnectServices {
     platform::EventLoop& loop;
     // One read of word 0 of the device; true when it answered.
     std::function<bool()> readWordZero;
-    // Unloads the main window: the application ends.
+    // The main window's close request: the exit order runs and the application ends.
     std::function<void()> endApplication;
 };
 

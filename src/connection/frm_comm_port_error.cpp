@@ -48,6 +48,13 @@ ConnectionTexts frmCommPortError::errorTexts(int code)
                 + kChooseBelow + "'Continue Anyway.'" };
     case kDongleNotAnswering:
         return { kConnectionFailedTitle, dongleNotDetectedText(true, true) };
+    case platform::kPortErrorPermissionDenied:
+        return { kConnectionFailedTitle,
+            std::string(
+                "The serial port used for communicating with the hardware cannot be opened: this user "
+                "may not use it (error 70).  Join the 'dialout' group (sudo usermod -aG dialout $USER, "
+                "then log in again) or add a udev rule that gives your user access to the device.  ")
+                + kChooseBelow + "'Continue Disconnected.'" };
     default:
         return { "Unknown Error", std::to_string(code) };
     }

@@ -14,6 +14,7 @@ namespace {
 
 constexpr double kKelvinOffset = 273.15;
 constexpr int kLastControlKey = 26;
+constexpr int kDeleteKey = 127;
 constexpr const char* kSecondsRdte = "seconds rdte";
 
 bool isKelvin(const std::string& unit)
@@ -122,7 +123,10 @@ NumberVerdict validateNumber(
 bool keyAllowed(int keyCode, const clsSMBusParameter& parameter, const DisplaySettings& display)
 {
     const int type = parameter.SubBlockDataType;
-    if (type == 0 || type == 6 || type == 7 || keyCode <= kLastControlKey)
+    // Control keys pass: the codes up to 26, and as well Escape, the other codes below the blank
+    // and Delete, which edit or leave the box rather than type into it.
+    const bool controlKey = keyCode <= kLastControlKey || keyCode < ' ' || keyCode == kDeleteKey;
+    if (type == 0 || type == 6 || type == 7 || controlKey)
         return true;
     const auto key = static_cast<char>(keyCode);
     const bool digitOrMinus

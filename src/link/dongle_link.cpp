@@ -199,6 +199,11 @@ bool DongleLink::i2c_send_receive(
     return ok;
 }
 
+bool DongleLink::portOpen() const
+{
+    return s_.port.portOpen();
+}
+
 void DongleLink::SMBusRaiseError(int number, const std::string& description)
 {
     s_.events.SMBusError(number, description, "clsCellWeft");

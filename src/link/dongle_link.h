@@ -63,6 +63,8 @@ public:
     [[nodiscard]] bool i2c_send_receive(
         const std::string& message, const std::string& expected, std::string& response, int segments = 1);
     void SMBusRaiseError(int number, const std::string& description);
+    // Whether the port is open (it closes by itself when the dongle goes away).
+    [[nodiscard]] bool portOpen() const;
 
     void setSMBusStatus(const std::string& text);
     void setSMBusTXStatus(const std::string& text);

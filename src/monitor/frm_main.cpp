@@ -71,6 +71,8 @@ void frmMain::listControls()
         forEachMenuNode(*tree, [this](const MenuNode& node) { addControls({ node.item }); });
     addControls({ &lblSHIP_BIT, &lblUNLOCK_BIT, &lblCONFIG_BIT, &lvGateway, &lvNodes, &SSTab1, &SSTab,
         &fraStatus, &lvStatus, &cmbPollRate, &cmdCollapseCells, &cmdCollapsePack, &sbStatusBar, &trayIcon });
+    picProgress.setVisible(false);
+    addControls({ &picProgress });
     for (auto& list : lvProperties)
         addControls({ &list });
     for (auto& list : lvParameters)

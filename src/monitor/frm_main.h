@@ -275,6 +275,8 @@ public:
     platform::ui::TabStrip SSTab1 { "SSTab1" };
     platform::ui::TabStrip SSTab { "SSTab" };
     platform::ui::Frame fraStatus { "fraStatus" };
+    // The progress of reads and file transfers (UpdateProgress), hidden between them.
+    platform::ui::ProgressBar picProgress { "picProgress" };
     platform::ui::ListView lvStatus { "lvStatus" };
     // The status panes: the FET row and the safety, system and battery flag grids, one list
     // to each tab of SSTabFlags.

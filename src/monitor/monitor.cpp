@@ -113,6 +113,7 @@ void Monitor::wireLists()
             menus.propertiesMouseUp(list, key, right);
         };
     }
+    f.lvStatus.onDblClick = [this](const std::string&) { edits.lvStatus_DblClick(); };
     for (auto* list : { &f.lvNodes, &f.lvGateway })
         list->onMouseUp = [this](const std::string&, bool right) { menus.nodesMouseUp(right); };
     f.SSTab.onClick = [this] { edits.SSTab_Click(); };

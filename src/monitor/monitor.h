@@ -2,6 +2,7 @@
 // The live monitor of the main window: the lists and tabs, the poll and the parameter edits,
 // joined to frmMain's load steps, menu entries and list events.
 
+#include "monitor/link_activity.h"
 #include "monitor/list_menus.h"
 #include "monitor/monitor_context.h"
 #include "monitor/parameter_edits.h"
@@ -28,6 +29,7 @@ public:
     ListMenus menus { context, tabs, poll };
     TrendPlot plot { context, poll };
     StatusPanes panes { context };
+    LinkActivity activity { context.form, context.main, context.loop };
 
 private:
     void wireLoadSteps();

@@ -68,6 +68,15 @@ void ParameterEdits::editRow(ListView& list, const std::string& key, bool proper
         c_.form.WritePending(true);
 }
 
+void ParameterEdits::lvStatus_DblClick()
+{
+    ListView& list = tabs_.currentParameters();
+    const std::string key = list.selectedKey();
+    const clsSMBusParameter* parameter = key.empty() ? nullptr : tabs_.parameterOfRow(list, key, 0);
+    if (parameter && parameter->SubBlockDataType == 0)
+        editRow(list, key, false);
+}
+
 void ParameterEdits::mnuWritePendingChanges()
 {
     if (hooks.isTheDeviceWired && !hooks.isTheDeviceWired())

@@ -48,6 +48,8 @@ public:
 
     // Double click on a row of a gateway list (node 0) or of a property list (CurrentNode).
     void editRow(platform::ui::ListView& list, const std::string& key, bool property);
+    // A double click in the bit list edits the bit-encoded parameter of the selected gateway row.
+    void lvStatus_DblClick();
     // mnuWritePendingChanges and mnuParameters_Write.
     void mnuWritePendingChanges();
     void WritePendingChanges();

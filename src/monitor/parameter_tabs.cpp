@@ -290,13 +290,14 @@ void ParameterTabs::refreshGatewayValues()
         const clsSMBusParameter* parameter = parameterOfRow(list, row.key, 0);
         if (!parameter || parameter->OffsetMultiplier != 1)
             continue;
-        if (parameter->SubBlockDataType == 0) {
-            list.setSubItem(row.key, 1, parameter->ToString(3, display));
-            if (row.key == list.selectedKey() && bitsShown && showBits)
-                showBits(*parameter);
-        } else {
-            list.setSubItem(row.key, 1, parameter->ToString(0, display));
-        }
+        // A waiting edit keeps showing its new value beside the one just read, and stays bold.
+        if (hasNewValue(*parameter))
+            list.setSubItem(row.key, 1, editedValueText(*parameter, display));
+        else
+            list.setSubItem(
+                row.key, 1, parameter->ToString(parameter->SubBlockDataType == 0 ? 3 : 0, display));
+        if (parameter->SubBlockDataType == 0 && row.key == list.selectedKey() && bitsShown && showBits)
+            showBits(*parameter);
     }
 }
 

@@ -31,6 +31,35 @@ public:
     [[nodiscard]] virtual bool waitUntil(const std::function<bool()>& done, int timeoutMs) = 0;
 
     [[nodiscard]] virtual std::unique_ptr<Timer> createTimer() = 0;
+
+    // Runs of events in progress (wait, waitUntil, processEvents): 0 at the top of the loop, where
+    // nothing of the program is on the stack below the handler that runs.
+    [[nodiscard]] int nesting() const { return nesting_; }
+    // While set, sleep, wait and waitUntil return at once: the program is ending, and an exchange
+    // in progress gives up instead of waiting for a device that is no longer asked.
+    void setEnding(bool ending) { ending_ = ending; }
+    [[nodiscard]] bool ending() const { return ending_; }
+
+protected:
+    // Counts one run of events for as long as it lives.
+    class NestedRun {
+    public:
+        explicit NestedRun(EventLoop& loop)
+            : loop_(loop)
+        {
+            ++loop_.nesting_;
+        }
+        ~NestedRun() { --loop_.nesting_; }
+        NestedRun(const NestedRun&) = delete;
+        NestedRun& operator=(const NestedRun&) = delete;
+
+    private:
+        EventLoop& loop_;
+    };
+
+private:
+    int nesting_ = 0;
+    bool ending_ = false;
 };
 
 // A repeating timer on the event loop: fires onTick every interval while enabled.

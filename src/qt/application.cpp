@@ -1,5 +1,6 @@
 #include "qt/application.h"
 
+#include "access/frm_login.h"
 #include "connection/frm_comm_port.h"
 #include "connection/frm_smbus_address.h"
 #include "core/error_log.h"
@@ -104,7 +105,8 @@ bool Application::start()
     if (!Main(entry, globals_, dialogs_))
         return false;
     startup_.StartApplication();
-    return true;
+    // An exit chosen during the start (the connection dialog's Exit) came before the loop runs.
+    return !ended_;
 }
 
 StartupParts Application::startupParts()
@@ -124,7 +126,9 @@ StartupParts Application::startupParts()
         return usb.opened();
     };
     parts.commPortError = [this](int code) { return commPortError(code); };
-    parts.endProgram = [this] { endProgram(); };
+    parts.endProgram = [this] { endSession(); };
+    parts.otherWindowUp
+        = [this] { return (mainForm_ && mainForm_->visible()) || (access_ && access_->login().visible()); };
     parts.reportError = [this](const std::string& description) {
         (void)errors_.ReportError(AppError { 1, description, "Zentavia" }, "modMain", "Main");
     };
@@ -177,7 +181,7 @@ clsMain& Application::createMain()
         if (access_)
             access_->GetUserLevelFromHardware();
     };
-    services.endProgram = [this] { endProgram(); };
+    services.endProgram = [this] { endSession(); };
     if (globals_.gDemo)
         services.demo = demoFileSource(globals_.gDemoFile);
     main_ = std::make_unique<clsMain>(std::move(services), dialogs_);
@@ -197,18 +201,21 @@ bool Application::mainFormLoaded() const
     return mainForm_ && mainForm_->loaded();
 }
 
-// Loads and shows frmMain and makes it the active form; its load runs LoadMainForm.
+// Loads and shows frmMain and makes it the active form; its first load runs LoadMainForm (a
+// window that is up already is loaded again by the flow that connected).
 void Application::showMainForm()
 {
     if (!mainForm_)
         createMainForm();
+    const bool wasLoaded = mainForm_->loaded();
     activeForm_.setMainForm(mainForm_.get());
     activeForm_.set(mainForm_.get());
     if (access_)
         access_->mainWindow().window = mainForm_.get();
     attachMonitor();
     mainForm_->show();
-    mainForm_->LoadMainForm(*main_);
+    if (!wasLoaded)
+        mainForm_->LoadMainForm(*main_);
     mainForm_->AddTrayIcon();
     startup_.detection.lanNotice.mainActivated(dialogs_);
 }
@@ -232,8 +239,25 @@ void Application::attachMonitor()
     services.desktop = &desktop_;
     monitor_ = std::make_unique<MonitorWiring>(std::move(services));
     monitor_->monitor().edits.hooks.reload = [this] { reconnect(); };
-    // One connect path: the splash and the target detection of the start-up.
-    mainForm_->mnuConnect.onClick = [this] { reconnect(); };
+    // Connect to Pack is the device commands' flow over the start-up's target detection.
+    CommandHooks& commands = monitor_->commands().hooks();
+    commands.DetectTarget = [this] {
+        const int result = startup_.detection.DetectTarget(false);
+        startup_.actOnDetection(result);
+        return result == detect::kLoaded;
+    };
+    commands.DetectDemoTarget = [this] {
+        if (startup_.detection.DetectDemoTarget(false) == detect::kLoaded)
+            showMainForm();
+    };
+    commands.LoadMainForm = [this] {
+        activeForm_.set(mainForm_.get());
+        mainForm_->LoadMainForm(*main_);
+    };
+    commands.showMaximized = [this] {
+        if (QWidget* window = binder_.widgetOf(*mainForm_))
+            window->showMaximized();
+    };
     if (access_) {
         MainWindowAccess& window = access_->mainWindow();
         window.IsTheDeviceWired = [this] { return monitor_ && monitor_->commands().IsTheDeviceWired(); };
@@ -259,7 +283,14 @@ void Application::createMainForm()
             window, menuPolicy_, menuPolicyContext(globals_, [this] { return main_->UserAccessLevel(); }));
     };
     mainForm_->userLevelReader = [this](frmMain&) { access_->GetUserLevelFromHardware(); };
-    mainForm_->closeRequested = [this] { return closeMainWindow(); };
+    // From inside an exchange with the device the close waits for the loop's top (the exchange
+    // gives up at once), so that nothing on the stack uses the driver while it is released.
+    mainForm_->closeRequested = [this] {
+        return sessionEnd_.atTop([this] {
+            if (mainForm_)
+                mainForm_->requestClose();
+        }) && closeMainWindow();
+    };
     mainForm_->onExit = [this] { endProgram(); };
     wireMainMenus();
     auto form = makeMainForm(*mainForm_);
@@ -272,7 +303,6 @@ void Application::createMainForm()
 void Application::wireMainMenus()
 {
     frmMain& w = *mainForm_;
-    w.mnuConnect.onClick = [this] { reconnect(); };
     w.mnuChangeUserAccessLevel.onClick = [this] { access_->mnuChangeUserAccessLevel_Click(); };
     w.mnuAccessLevel.onClick = [this] { access_->mnuAccessLevel_Click(); };
     w.mnuConfigCommPort.onClick = [this] {
@@ -315,6 +345,7 @@ void Application::setMousePointer(int pointer)
 bool Application::closeMainWindow()
 {
     ExitServices exit { globals_, loop_, dialogs_, main_ ? &main_->CellWeft() : nullptr };
+    exit.session = &sessionEnd_;
     if (monitor_) {
         exit.stopPolling = [this] { monitor_->monitor().poll.stopForClose(); };
         exit.commitChanges = [this] { monitor_->commitChanges(); };
@@ -356,11 +387,16 @@ MainWindowAccess Application::mainWindowAccess()
     access.SetMousePointer = [this](int pointer) { setMousePointer(pointer); };
     access.mnuConnect_Click = [this] { reconnect(); };
     access.showModal = platform::ui::eventLoopModal(loop_);
+    access.endSession = [this] { endSession(); };
     return access;
 }
 
 void Application::reconnect()
 {
+    if (monitor_ && mainFormLoaded()) {
+        monitor_->commands().mnuConnect_Click();
+        return;
+    }
     splash_.show();
     activeForm_.set(&splash_);
     splash_.setStatus("Initializing communications...");
@@ -370,14 +406,40 @@ void Application::reconnect()
         globals_.gDemo ? detection.DetectDemoTarget(false) : detection.DetectTarget(false));
 }
 
+void Application::endSession()
+{
+    if (mainFormLoaded()) {
+        mainForm_->requestClose();
+        return;
+    }
+    if (ended_ || !sessionEnd_.atTop([this] { endSession(); }))
+        return;
+    ExitServices exit { globals_, loop_, dialogs_, main_ ? &main_->CellWeft() : nullptr };
+    if (access_)
+        exit.closeCommandLock = [this] { access_->LockDevice(); };
+    (void)sessionEnd_.withinBudget([&exit] {
+        CloseLink(exit);
+        return true;
+    });
+    endProgram();
+}
+
+// gMain itself goes with the application object, after the event loop has returned: a handler
+// that is still on the stack below may use it until then. Its port is released here.
 void Application::endProgram()
 {
+    ended_ = true;
     EndProgram(globals_.usbTransport(),
         { [this] {
              if (main_)
                  main_->CellWeft().Usb.usbRelease();
          },
-            [this] { releaseAll(); }, [this] { main_.reset(); }, [] { QCoreApplication::quit(); } });
+            [this] { releaseAll(); },
+            [this] {
+                if (port_ && port_->portOpen())
+                    (void)port_->setPortOpen(false);
+            },
+            [] { QCoreApplication::quit(); } });
 }
 
 void Application::releaseAll()

@@ -20,6 +20,7 @@
 #include "qt/qt_dialogs.h"
 #include "qt/single_instance.h"
 #include "startup/frm_splash.h"
+#include "startup/session_end.h"
 #include "startup/start_application.h"
 
 #include <memory>
@@ -60,6 +61,9 @@ private:
     [[nodiscard]] MainWindowAccess mainWindowAccess();
     // mnuConnect: the splash and the target detection again.
     void reconnect();
+    // Every way out: the main window's close request when it is loaded, otherwise the start-up's
+    // exit order (command set closed, dongle reset) and EndProgram.
+    void endSession();
     void endProgram();
     void releaseAll();
 
@@ -69,6 +73,8 @@ private:
     platform::IniSettingsStore settings_;
     SingleInstance instance_;
     platform::QtEventLoop loop_;
+    SessionEnd sessionEnd_ { loop_ };
+    bool ended_ = false; // EndProgram ran
     QtDialogs dialogs_;
     platform::QtDesktop desktop_;
     ActiveForm activeForm_;

@@ -6,7 +6,10 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QEvent>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -15,6 +18,21 @@ namespace zv::qt {
 namespace ui = platform::ui;
 
 namespace {
+
+// How long a window that was just shown may take to be mapped by the window system.
+constexpr int kExposeLimitMs = 500;
+
+// A window shown before a wait is painted before the wait starts: its first expose is awaited
+// (user input stays queued meanwhile) and it is painted at once.
+void paintNow(QWidget& widget)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (widget.windowHandle() && !widget.windowHandle()->isExposed() && clock.elapsed() < kExposeLimitMs)
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, 10);
+    if (widget.isVisible())
+        widget.repaint();
+}
 
 QRect pixelRect(const ui::Bounds& b)
 {
@@ -141,8 +159,10 @@ std::vector<std::string> Binder::bind(ui::Window& window, std::unique_ptr<QWidge
             break;
         case ui::Change::Visible:
             target->setVisible(window.visible());
-            if (window.visible())
+            if (window.visible()) {
                 target->raise();
+                paintNow(*target);
+            }
             break;
         case ui::Change::Value:
             target->setWindowFlag(Qt::WindowStaysOnTopHint, window.alwaysOnTop());

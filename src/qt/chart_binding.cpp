@@ -39,6 +39,7 @@ public:
 
 private:
     void syncPass();
+    void describe();
     void syncGraphs();
     void syncLegend();
     void syncPoints();
@@ -160,7 +161,21 @@ void ChartView::sync()
         syncPass();
     } while (again_);
     syncing_ = false;
+    describe();
     plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+// The plot is painted, so its name and the channels it shows are given to the accessibility bus.
+void ChartView::describe()
+{
+    QStringList shown;
+    for (std::size_t i = 0; i < chart_.channelCount(); ++i) {
+        const ui::ChartChannel& channel = chart_.channel(i);
+        if (channel.visible && !channel.title.empty())
+            shown << QString::fromStdString(channel.title);
+    }
+    plot_->setAccessibleName("Trend plot");
+    plot_->setAccessibleDescription(shown.join(", "));
 }
 
 void ChartView::syncPass()

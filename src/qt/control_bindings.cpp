@@ -528,6 +528,9 @@ bool bindControl(ui::Control& control, QObject& target, const BindContext& conte
             [](ui::ProgressBar& p, QProgressBar& w, ui::Change, const std::string&) {
                 w.setRange(p.min(), p.max());
                 w.setValue(p.value());
+                w.setTextVisible(!p.caption().empty());
+                w.setFormat(qs(p.caption()));
+                w.setAlignment(Qt::AlignCenter);
             });
         return true;
     }

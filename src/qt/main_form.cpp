@@ -10,6 +10,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenuBar>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QSplitter>
 #include <QStatusBar>
@@ -101,6 +102,11 @@ std::unique_ptr<QMainWindow> makeMainForm(const frmMain& window)
     }
     form->setCentralWidget(plotArea(window, centralArea(window, nullptr), form.get()));
     form->statusBar()->setObjectName("sbStatusBar");
+    auto* progress = new QProgressBar(form->statusBar());
+    progress->setObjectName("picProgress");
+    progress->setMaximumWidth(280);
+    progress->hide();
+    form->statusBar()->addWidget(progress, 1);
     if (QSystemTrayIcon::isSystemTrayAvailable()) {
         const QIcon icon = QApplication::windowIcon().isNull()
             ? form->style()->standardIcon(QStyle::SP_ComputerIcon)

@@ -28,6 +28,8 @@ MonitorWiring::MonitorWiring(MonitorWiringServices services)
     , logging_(monitor_, loggingServices())
     , settingsFiles_(monitor_, s_.setMousePointer)
 {
+    if (s_.bindWindow)
+        s_.bindWindow(outputs_.preferences);
     wireMonitor();
     wireCalibrationCommands(s_.context.form, calibration_);
     wireDeviceCommands(s_.context.form, commands_);

@@ -48,6 +48,7 @@ public:
     void commitChanges();
     [[nodiscard]] Monitor& monitor() { return monitor_; }
     [[nodiscard]] DeviceCommands& commands() { return commands_; }
+    [[nodiscard]] OutputCommands& outputs() { return outputs_; }
 
 private:
     [[nodiscard]] EditParameterContext editorContext();

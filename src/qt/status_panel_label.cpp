@@ -1,5 +1,6 @@
 #include "qt/status_panel_label.h"
 
+#include <QAccessible>
 #include <QFontMetrics>
 #include <QPainter>
 #include <QSizePolicy>
@@ -30,6 +31,9 @@ void StatusPanelLabel::setText(const QString& text)
     if (text == text_)
         return;
     text_ = text;
+    // The text is painted, so screen readers and test tools learn it from these two.
+    setAccessibleName(text);
+    setAccessibleDescription(text);
     updateGeometry();
     update();
 }

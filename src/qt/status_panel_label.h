@@ -2,7 +2,8 @@
 // One panel of the status bar: an optional icon, then the text, elided at the right when the
 // panel is narrower than its text, so that panels never run over each other. A panel asks for
 // its own width (or its text's, when it takes the room that is left); on a narrow window a short
-// text stays whole and a long one is elided down to a few words.
+// text stays whole and a long one is elided down to a few words. The whole text is also the
+// panel's accessible name and description.
 
 #include <QPixmap>
 #include <QString>

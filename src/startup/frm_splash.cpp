@@ -119,4 +119,11 @@ void frmSplash::setLoadControlsVisible(bool visible)
     cmdExit.setVisible(visible);
 }
 
+bool frmSplash::handleCloseRequest()
+{
+    if (onCloseBox)
+        onCloseBox();
+    return true;
+}
+
 } // namespace zv

@@ -7,6 +7,7 @@
 #include "platform/ui/simple_controls.h"
 #include "platform/ui/window.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -45,6 +46,8 @@ public:
     platform::ui::Button btnScan { "btnScan" };
     // Takes the splash away when it fires.
     std::unique_ptr<platform::Timer> tmrSplash;
+    // The user closed the splash with the window's close box (it unloads afterwards).
+    std::function<void()> onCloseBox;
 
     void setStatus(std::string text) { lblStatus.setCaption(std::move(text)); }
     // The fault's text and the buttons or the timer that go with it.
@@ -60,6 +63,7 @@ public:
 
 protected:
     void handleUnload() override;
+    [[nodiscard]] bool handleCloseRequest() override;
 
 private:
     void setLoadControlsVisible(bool visible);

@@ -4,6 +4,7 @@
 #include "driver/cellweft.h"
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
+#include "startup/session_end.h"
 
 namespace zv {
 
@@ -33,30 +34,35 @@ bool settleUncommittedWrites(const ExitServices& s)
     return true;
 }
 
-// The command set closed and, on the dongle, the dongle reset.
-void closeLink(const ExitServices& s)
+} // namespace
+
+void CloseLink(const ExitServices& s)
 {
     if (s.globals.gDemo || !s.driver)
         return;
+    const bool dongle = !s.globals.usbTransport();
+    if (dongle && !s.driver->Link.portOpen())
+        return;
     call(s.closeCommandLock);
-    if (!s.globals.usbTransport())
+    if (dongle)
         s.driver->Link.ResetHLK();
 }
-
-} // namespace
 
 bool CloseMainWindow(const ExitServices& s)
 {
     if (!settleUncommittedWrites(s))
         return false;
-    if (s.globals.PollingActive || (s.pollTimerRunning && s.pollTimerRunning())) {
-        call(s.stopPolling);
-        if (s.pollTimerRunning)
-            (void)s.loop.waitUntil([&s] { return !s.pollTimerRunning(); }, kPollStopLimitMs);
-    }
-    closeLink(s);
-    call(s.removeTrayIcon);
-    return true;
+    const auto rest = [&s] {
+        if (s.globals.PollingActive || (s.pollTimerRunning && s.pollTimerRunning())) {
+            call(s.stopPolling);
+            if (s.pollTimerRunning)
+                (void)s.loop.waitUntil([&s] { return !s.pollTimerRunning(); }, kPollStopLimitMs);
+        }
+        CloseLink(s);
+        call(s.removeTrayIcon);
+        return true;
+    };
+    return s.session ? s.session->withinBudget(rest) : rest();
 }
 
 void EndProgram(bool usbTransport, const EndServices& services)

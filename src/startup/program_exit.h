@@ -12,6 +12,7 @@ class EventLoop;
 namespace zv {
 
 class clsCellWeft;
+class SessionEnd;
 struct AppGlobals;
 
 inline constexpr int kPollStopLimitMs = 10000;
@@ -27,7 +28,13 @@ struct ExitServices {
     // DisableUlmarCommandSet and LockDevice on the active transport.
     std::function<void()> closeCommandLock;
     std::function<void()> removeTrayIcon;
+    // The budget of the steps after the commit question; none: no budget.
+    SessionEnd* session = nullptr;
 };
+
+// The device's command set closed and, on the dongle, the dongle reset; nothing in demo mode or
+// once the dongle's port has closed (the device went away).
+void CloseLink(const ExitServices& services);
 
 // The close request of the main window. False: the user cancelled and the window stays open.
 [[nodiscard]] bool CloseMainWindow(const ExitServices& services);
@@ -35,7 +42,7 @@ struct ExitServices {
 struct EndServices {
     std::function<void()> releaseUsbAdapter; // on the USB transport
     std::function<void()> unloadForms; // every open form, from the last to the first
-    std::function<void()> releaseMain; // gMain
+    std::function<void()> releaseMain; // gMain, or at least its port
     std::function<void()> quit;
 };
 

@@ -34,6 +34,10 @@ Startup::Startup(DetectionServices detectionServices, platform::SettingsStore& s
     splash_.cmdLoad.onClick = [this] { detection.cmdLoad_Click(); };
     splash_.CmdBootloader.onClick = [this] { detection.CmdBootloader_Click(); };
     splash_.btnScan.onClick = [this] { detection.btnScan_Click(); };
+    splash_.onCloseBox = [this] {
+        if (!parts_.otherWindowUp || !parts_.otherWindowUp())
+            parts_.endProgram();
+    };
 }
 
 void Startup::StartApplication()
@@ -120,6 +124,11 @@ void Startup::startDongle()
             (void)askCommPortError(kNoDongleFound);
             return;
         }
+    } else if (result != kLinkUp) {
+        // Any other number (70: no permission) goes to the dialog as it is; nothing is stored.
+        splash_.unload();
+        (void)askCommPortError(result);
+        return;
     }
     connectedToDongle();
 }

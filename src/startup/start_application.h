@@ -24,7 +24,11 @@ struct StartupParts {
     std::function<std::vector<int>()> availablePorts; // GetAvailableCOMPorts
     std::function<CommPortChoice(int code)> commPortError; // frmCommPortError.CommPortError
     std::function<bool()> openUsbAdapter; // empty: no adapter support, the open fails
+    // Ends the program in the exit order.
     std::function<void()> endProgram;
+    // Whether a window other than the splash is up (the main window, the login); when none is,
+    // closing the splash ends the program.
+    std::function<bool()> otherWindowUp;
     // The trap of StartApplication: the error handler with "modMain" and "Main".
     std::function<void(const std::string& description)> reportError;
 };

@@ -58,6 +58,7 @@ public:
     int connects = 0;
     int levelAtConnect = -99;
     int tabLoads = 0;
+    int sessionEnds = 0;
     UserAccess access;
 
 private:
@@ -73,6 +74,7 @@ private:
             ApplyMenuPolicy(window, policy, menuPolicyContext(sim.globals, [this] { return level(); }));
         };
         hooks.LoadTabs = [this] { ++tabLoads; };
+        hooks.endSession = [this] { ++sessionEnds; };
         hooks.mnuConnect_Click = [this] {
             ++connects;
             levelAtConnect = level();

@@ -124,17 +124,45 @@ TEST(Login, TargetThatChecksTheSealFirstReadsItsLevelByManufacturerAccess)
 
     rig.access.OpenLogin();
     rig.access.login().btnCancel.click();
-    EXPECT_FALSE(rig.window.loaded()) << "leaving the login ends the session on 1003";
+    EXPECT_EQ(rig.sessionEnds, 1) << "leaving the login ends the session on 1003";
 }
 
-TEST(Login, CancelByTarget)
+TEST(Login, CancelAndTheCloseBoxByTargetNeverLeaveTheProcessWithoutAWindow)
+{
+    struct Case {
+        std::uint16_t target;
+        bool mainShown;
+        bool closeBox;
+        bool loginStays;
+        int sessionEnds;
+    };
+    const Case cases[] = {
+        { 0x1001, false, false, false, 1 }, // the start-up's login: nothing else to go back to
+        { 0x1001, true, false, false, 0 }, // login on demand: back to the main window
+        { 0x1002, false, true, false, 1 },
+        { 0x1002, true, true, false, 0 },
+        { 0x1003, true, false, false, 1 }, // the sealed main window has nothing to offer
+        { 0x1003, false, true, false, 1 },
+        { 0x4711, true, false, true, 0 }, // an unknown target's Cancel does nothing
+        { 0x4711, false, true, false, 1 },
+    };
+    for (const Case& c : cases) {
+        test::AccessRig rig(test::packOptions(c.target, true));
+        rig.window.setVisible(c.mainShown);
+        rig.access.OpenLogin();
+        if (c.closeBox)
+            rig.access.login().requestClose();
+        else
+            rig.access.login().btnCancel.click();
+        const std::string what = rig.sim.globals.gTargetID + (c.mainShown ? " shown" : " hidden");
+        EXPECT_EQ(rig.access.login().visible(), c.loginStays) << what;
+        EXPECT_EQ(rig.sessionEnds, c.sessionEnds) << what;
+    }
+}
+
+TEST(Login, CancelAsAFirmwareLoaderShowsTheLoader)
 {
     test::AccessRig rig(test::packOptions(0x1001, true));
-    rig.access.OpenLogin();
-    rig.access.login().btnCancel.click();
-    EXPECT_FALSE(rig.access.login().loaded());
-    EXPECT_TRUE(rig.window.loaded());
-
     int loaderShown = 0;
     rig.access.mainWindow().showBootStrapLoader = [&] { ++loaderShown; };
     rig.sim.globals.gLoaderOnly = true;
@@ -142,6 +170,7 @@ TEST(Login, CancelByTarget)
     rig.access.login().btnCancel.click();
     EXPECT_EQ(loaderShown, 1);
     EXPECT_FALSE(rig.access.login().visible());
+    EXPECT_EQ(rig.sessionEnds, 0);
 }
 
 TEST(Login, OpenOrUnreadableLevelsGoOnWithoutLogin)
@@ -161,6 +190,24 @@ TEST(Login, OpenOrUnreadableLevelsGoOnWithoutLogin)
     EXPECT_FALSE(rig.access.login().visible()) << "a negative level opens no login";
     EXPECT_TRUE(rig.window.visible());
     EXPECT_FALSE(rig.window.shown("mnuConnect"));
+}
+
+TEST(Login, OfflineStartAsksNoLoginUntilAPackIsConnected)
+{
+    test::AccessRig rig(test::packOptions(0x1001, true));
+    rig.sim.globals.gTargetID.clear();
+    rig.sim.driver().Link.Status = 1; // "Continue Disconnected"
+    rig.access.GetUserLevelFromHardware();
+    EXPECT_FALSE(rig.access.login().visible());
+    EXPECT_TRUE(rig.window.visible()) << "the main window stays up, offline";
+    EXPECT_TRUE(rig.window.shown("mnuConnect")) << "Connect to Pack stays reachable";
+    EXPECT_EQ(rig.sim.port.written(), "");
+
+    rig.sim.driver().Link.Status = 0;
+    rig.sim.globals.gTargetID = "1001";
+    rig.connect("ZK9460");
+    rig.access.GetUserLevelFromHardware();
+    EXPECT_TRUE(rig.access.login().visible()) << "the connected pack is sealed";
 }
 
 TEST(Login, DemoModeIsLevelTwoWithoutTraffic)

@@ -16,11 +16,18 @@ protected:
     {
         const auto start = h.loop.milliseconds();
         made->onExit = [this] { exitAt = h.loop.milliseconds(); };
+        // The end goes through the main window's close request (commit question, lock, reset).
+        made->closeRequested = [this] {
+            ++closeRequests;
+            return true;
+        };
+        commands->safeDisconnect().setChangeListener([](const platform::ui::ChangeEvent&) {}); // its form
         made->mnuSafeDisconnect.onClick();
         return exitAt - start;
     }
 
     std::int64_t exitAt = -1;
+    int closeRequests = 0;
 };
 
 // The next tick's read fails after the link's retries, the second after the 2 s pause; the
@@ -64,6 +71,7 @@ TEST_F(SafeDisconnectTest, APackThatStaysEndsTheApplicationWhenTheTimeIsUp)
     EXPECT_EQ(form.caption(), "Zentavia - Safe Disconnect");
     EXPECT_EQ(shownAtStart, "Exiting in 00:00:20");
     EXPECT_EQ(form.lblTime.caption(), "Exiting in 00:00:00");
+    EXPECT_EQ(closeRequests, 1) << "the one close path, not an unload past its questions";
     EXPECT_GE(elapsed, 1000 + 20 * 1000);
     EXPECT_LT(elapsed, 1000 + 21 * 1000);
     EXPECT_TRUE(h.dialogs.notifications().empty());

@@ -39,6 +39,25 @@ TEST_F(InitializeTest, SmallTargetsWaitFiveSecondsOthersTen)
     EXPECT_GE(initializeTime("ABCD"), 10000);
 }
 
+TEST_F(InitializeTest, TheSplashIsPaintedBeforeTheFirstByteGoesOut)
+{
+    bool painted = false;
+    bool paintedAtFirstByte = false;
+    bool sent = false;
+    auto toDongle = h.port.onOutput;
+    h.port.onOutput = [&](const std::string& bytes) {
+        if (!sent)
+            paintedAtFirstByte = painted;
+        sent = true;
+        toDongle(bytes);
+    };
+    // Showing a window asks for its paint through the event loop, as the toolkit does.
+    commands->hooks().showSplash = [&](const std::string&) { h.loop.post(0, [&] { painted = true; }); };
+    made->mnuInitialize.onClick();
+    EXPECT_TRUE(sent);
+    EXPECT_TRUE(paintedAtFirstByte);
+}
+
 TEST_F(InitializeTest, InitializeComesBackWithTheLinkUpAndReadsEverything)
 {
     std::vector<std::string> splash;

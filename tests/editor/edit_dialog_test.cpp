@@ -97,6 +97,7 @@ TEST_F(EditDialogTest, KeyFilterFollowsTheScaling)
     display.locale.decimalSeparator = ',';
     auto whole = word(0, 10);
     EXPECT_EQ(passes(whole, "-1a,.9\b"), "-19\b");
+    EXPECT_EQ(passes(whole, "\x7f\x1b\t\r x"), "\x7f\x1b\t\r") << "Delete, Escape and the others edit";
     whole.SubBlockDataScaling = 0.1;
     EXPECT_EQ(passes(whole, "-1a,.9\b"), "-1,9\b");
     whole.SubBlockDataScaling = 10;

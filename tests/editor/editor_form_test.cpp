@@ -43,6 +43,10 @@ TEST_F(EditorFormTest, TheWidgetFiltersKeysAndLimitsLength)
             typeKey(*box, key);
         EXPECT_EQ(form.txtNewValue.text(), "42-");
         EXPECT_EQ(form.lblValidationNote.caption(), "Invalid characters");
+        box->setCursorPosition(0);
+        QKeyEvent del(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier, QString(QChar(127)));
+        QApplication::sendEvent(box, &del);
+        EXPECT_EQ(form.txtNewValue.text(), "2-") << "Delete removes the character after the cursor";
     });
 
     auto text = word(0, 0);

@@ -94,6 +94,15 @@ TEST_F(HelpMenuTest, AFileThatCannotBeOpenedIsExplained)
     EXPECT_EQ(h.dialogs.lastShown().text.rfind("There is no application associated", 0), 0u);
 }
 
+TEST_F(HelpMenuTest, TheShippedProgramFolderHasTheDocumentOfTheFirstEntry)
+{
+    frmMain& form = makeForm();
+    form.mnuHelp_Contents.click();
+    ASSERT_EQ(desktop.opened.size(), 1u) << (h.dialogs.shown().empty() ? "" : h.dialogs.lastShown().text);
+    EXPECT_TRUE(std::filesystem::is_regular_file(desktop.opened[0])) << desktop.opened[0];
+    EXPECT_TRUE(h.dialogs.shown().empty());
+}
+
 TEST_F(HelpMenuTest, TargetLinksAndTheMissingDocumentQuestion)
 {
     frmMain& form = makeForm();

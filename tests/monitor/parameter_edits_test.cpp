@@ -79,6 +79,54 @@ TEST_F(ParameterEditsTest, AnEditGoesBoldThenTheWriteReachesTheDeviceAndOffersTh
         "Ctrl C");
 }
 
+TEST_F(ParameterEditsTest, APendingRowKeepsItsNewValueAndBoldThroughThePollsRefresh)
+{
+    // The sample refreshes the parameters of multiplier 1, as live values are.
+    sleep->OffsetMultiplier = 1;
+    typed = sleep->value.number() + 3;
+    doubleClick(*sleep);
+    const auto& display = rig.h.driver().Parameters.display;
+    const std::string edited = sleep->ToString(1, display);
+    ASSERT_NE(edited.find(" (was "), std::string::npos) << edited;
+    ListView& list = listOf(*sleep);
+    const std::string key = keyOf(*sleep);
+    list.setSubItem(key, 1, "stale");
+    rig.monitor->tabs.refreshGatewayValues();
+    EXPECT_EQ(list.row(key)->subItems.at(0), edited) << "the new value beside the one just read";
+    EXPECT_TRUE(list.row(key)->bold);
+
+    sleep->NewValue = DynamicValue();
+    rig.monitor->tabs.refreshGatewayValues();
+    EXPECT_EQ(list.row(key)->subItems.at(0), sleep->ToString(0, display));
+}
+
+TEST_F(ParameterEditsTest, ADoubleClickInTheBitListEditsTheSelectedBitEncodedRow)
+{
+    clsSMBusParameter* bits = nullptr;
+    const auto& gateway = rig.h.driver().GatewayParameters;
+    for (int i = 1; i <= gateway.Count() && !bits; ++i) {
+        clsSMBusParameter* p = gateway.Item(i);
+        if (p->SubBlockDataType == 0 && !keyOf(*p).empty() && listOf(*p).row(keyOf(*p))->icon == "readwrite")
+            bits = p;
+    }
+    ASSERT_NE(bits, nullptr);
+    rig.form->SSTab.setSelectedIndex(bits->TabOrder);
+    rig.form->lvStatus.userDoubleClick("0bit");
+    EXPECT_TRUE(edited.empty()) << "no row selected in the parameter list";
+
+    listOf(*bits).userSelect(keyOf(*bits));
+    ASSERT_FALSE(rig.form->lvStatus.rows().empty());
+    typed = 1;
+    rig.form->lvStatus.userDoubleClick(rig.form->lvStatus.rows().front().key);
+    EXPECT_EQ(edited, std::vector<std::string> { bits->ParameterName + "@0" });
+    EXPECT_TRUE(listOf(*bits).row(keyOf(*bits))->bold);
+
+    listOf(*sleep).userSelect(keyOf(*sleep));
+    rig.form->SSTab.setSelectedIndex(sleep->TabOrder);
+    rig.form->lvStatus.userDoubleClick("0bit");
+    EXPECT_EQ(edited.size(), 1u) << "a plain parameter is not edited from the bit list";
+}
+
 TEST_F(ParameterEditsTest, AutoWriteWritesAndCommitsAndACancelLeavesTheRowPlain)
 {
     typed = DynamicValue();

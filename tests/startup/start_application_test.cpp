@@ -78,6 +78,7 @@ protected:
             return choice;
         };
         parts.endProgram = [this] { calls.push_back("endProgram"); };
+        parts.otherWindowUp = [this] { return otherWindowUp; };
         startup = std::make_unique<Startup>(services(), sim.settings, std::move(parts), hooks());
     }
 
@@ -85,6 +86,7 @@ protected:
     std::vector<int> ports { 2, 3, 4 };
     std::vector<CommPortChoice> choices;
     std::vector<int> errorCodes;
+    bool otherWindowUp = false;
     std::unique_ptr<Startup> startup;
 };
 
@@ -122,6 +124,16 @@ TEST_F(DongleSearch, APortInUseAtStartAsksAtOnceAndExitEndsTheProgram)
     EXPECT_FALSE(splash.loaded());
 }
 
+TEST_F(DongleSearch, APortWithoutPermissionGoesToTheDialogWithItsNumberAndNothingIsStored)
+{
+    sim.port.setDenied(1);
+    startup->StartApplication();
+    EXPECT_EQ(errorCodes, std::vector<int> { platform::kPortErrorPermissionDenied });
+    EXPECT_EQ(sim.settings.value(std::string(kMainKey), "CommPort"), "") << "not taken as a found dongle";
+    EXPECT_TRUE(sim.port.written().empty()) << "no detection ran";
+    EXPECT_EQ(sim.driver().Status(), 1) << "the user chose Continue Disconnected";
+}
+
 TEST_F(DongleSearch, TheSplashButtonsRestartAndExit)
 {
     donglePort = 1;
@@ -137,6 +149,22 @@ TEST_F(DongleSearch, TheSplashButtonsRestartAndExit)
     splash.btnRestart.click();
     EXPECT_TRUE(called("showMainForm"));
     EXPECT_FALSE(splash.btnRestart.visible());
+}
+
+TEST_F(DongleSearch, TheSplashCloseBoxEndsTheProgramUnlessAnotherWindowIsUp)
+{
+    donglePort = 1;
+    sim.pack->faults().noAckRate = 1.0;
+    startup->StartApplication();
+    otherWindowUp = true;
+    splash.requestClose();
+    EXPECT_FALSE(called("endProgram")) << "the main window or the login is still there";
+    EXPECT_FALSE(splash.loaded());
+
+    splash.show();
+    otherWindowUp = false;
+    splash.requestClose();
+    EXPECT_TRUE(called("endProgram"));
 }
 
 class ExitOrder : public ::testing::Test, public test::StartupFixture {

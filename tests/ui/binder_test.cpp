@@ -118,6 +118,28 @@ TEST_F(BinderTest, UserActionsComeBackAsEvents)
     EXPECT_EQ(events, (std::vector<std::string> { "cmdOK", "mnuCommit", "typed 4.2", "dbl c7" }));
 }
 
+// Counts the paints of the widget it watches.
+class PaintCounter : public QObject {
+public:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        paints += event->type() == QEvent::Paint;
+        return QObject::eventFilter(watched, event);
+    }
+    int paints = 0;
+};
+
+TEST_F(BinderTest, AWindowIsPaintedWhenShowReturnsBeforeAnyWaitRunsEvents)
+{
+    (void)binder.bind(probe, probeForm());
+    PaintCounter counter;
+    binder.widgetOf(probe)->installEventFilter(&counter);
+    probe.lblStatus.setCaption("Initializing... Please Wait!");
+    probe.show();
+    EXPECT_GE(counter.paints, 1) << "the splash is not an unpainted frame during the wait that follows";
+    probe.hide();
+}
+
 TEST_F(BinderTest, ReleasesTheWidgetWithItsWindow)
 {
     auto window = std::make_unique<Probe>();

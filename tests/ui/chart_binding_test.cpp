@@ -148,8 +148,12 @@ TEST_F(ChartBindingTest, GraphsFollowChannelsAxesAndVisibility)
     EXPECT_TRUE(plot->yAxis->grid()->visible());
     EXPECT_FALSE(plot->yAxis2->grid()->visible());
 
+    EXPECT_EQ(plot->accessibleName(), "Trend plot") << "the painted plot is named for screen readers";
+    EXPECT_TRUE(plot->accessibleDescription().endsWith("Voltage 1"))
+        << plot->accessibleDescription().toStdString();
     chart.removeAddedChannels();
     EXPECT_EQ(plot->graphCount(), 2);
+    EXPECT_FALSE(plot->accessibleDescription().contains("Voltage 1"));
 }
 
 TEST_F(ChartBindingTest, OneReplotPerBracketAndOnlyNewPointsAppended)

@@ -10,6 +10,7 @@
 #include "qt/status_panel_label.h"
 #include "ui/widgets_app.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
@@ -108,6 +109,17 @@ TEST_F(MainFormLayout, MenusPanelsAndLabelsBindByNameAndFollowTheirControls)
     EXPECT_EQ(form()->findChild<QLabel*>("lblCONFIG_BIT")->text(), "Configured");
     window.sbStatusBar.setPanelText("HLK", "Lost Comms");
     EXPECT_EQ(dynamic_cast<StatusPanelLabel*>(form()->findChild<QWidget*>("HLK"))->text(), "Lost Comms");
+    // Painted text reaches the accessibility bus as each panel's name and description.
+    window.sbStatusBar.setPanelText("Polling", "Polling Active");
+    for (const char* panel : { "HLK", "Polling", "Access" }) {
+        QAccessibleInterface* reader
+            = QAccessible::queryAccessibleInterface(form()->findChild<QWidget*>(panel));
+        ASSERT_TRUE(reader) << panel;
+        EXPECT_EQ(reader->text(QAccessible::Name), window.sbStatusBar.panelText(panel).c_str()) << panel;
+        EXPECT_EQ(reader->text(QAccessible::Description), window.sbStatusBar.panelText(panel).c_str())
+            << panel;
+        EXPECT_FALSE(reader->text(QAccessible::Name).isEmpty()) << panel;
+    }
     EXPECT_EQ(form()->windowTitle().toStdString(), window.caption());
     rig.logs.eventLog().unload();
 }

@@ -98,7 +98,7 @@ std::chrono::system_clock::time_point QtEventLoop::now() const
 
 void QtEventLoop::sleep(int ms)
 {
-    if (ms > 0)
+    if (ms > 0 && !ending())
         QThread::msleep(static_cast<unsigned long>(ms));
 }
 
@@ -108,13 +108,12 @@ void QtEventLoop::wait(int ms)
         processEvents();
         return;
     }
-    QEventLoop loop;
-    QTimer::singleShot(ms, Qt::PreciseTimer, &loop, &QEventLoop::quit);
-    loop.exec();
+    (void)waitUntil([] { return false; }, ms);
 }
 
 void QtEventLoop::processEvents()
 {
+    const NestedRun run(*this);
     QEventLoop().processEvents(QEventLoop::AllEvents);
 }
 
@@ -122,6 +121,9 @@ bool QtEventLoop::waitUntil(const std::function<bool()>& done, int timeoutMs)
 {
     if (done())
         return true;
+    if (ending())
+        return false;
+    const NestedRun run(*this);
     const QDeadlineTimer deadline(std::max(timeoutMs, 0), Qt::PreciseTimer);
     // Wakes the blocking wait at the deadline when nothing else does.
     QTimer wake;
@@ -134,7 +136,7 @@ bool QtEventLoop::waitUntil(const std::function<bool()>& done, int timeoutMs)
         loop.processEvents(QEventLoop::WaitForMoreEvents);
         if (done())
             return true;
-        if (deadline.hasExpired())
+        if (deadline.hasExpired() || ending())
             return false;
     }
 }

@@ -36,6 +36,10 @@ int MemorySerialPort::setPortOpen(bool open)
         errorText_ = "Port already open";
         return kPortErrorInUse;
     }
+    if (denied_.contains(device_)) {
+        errorText_ = "Permission denied";
+        return kPortErrorPermissionDenied;
+    }
     open_ = true;
     ++openCount_;
     return 0;

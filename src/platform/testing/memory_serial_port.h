@@ -51,6 +51,14 @@ public:
     void setBusy(const std::string& device, bool busy = true);
     void setMissing(int port, bool missing = true) { setMissing(portName(port), missing); }
     void setBusy(int port, bool busy = true) { setBusy(portName(port), busy); }
+    // The user may not open the device: opening fails with 70.
+    void setDenied(int port, bool denied = true)
+    {
+        if (denied)
+            denied_.insert(portName(port));
+        else
+            denied_.erase(portName(port));
+    }
 
     // The device goes away: an open port closes and raises BreakOrError; opening fails with 8002
     // until plugIn().
@@ -82,6 +90,7 @@ private:
     std::vector<std::string> settingsHistory_;
     std::set<std::string> missing_;
     std::set<std::string> busy_;
+    std::set<std::string> denied_;
     bool pulled_ = false;
     int openCount_ = 0;
 };

@@ -41,7 +41,7 @@ public:
 
     // Runs fn once, delayMs from now (a simulated device answering after a latency).
     void post(int delayMs, std::function<void()> fn);
-    // The test moves time on, running what falls due (the same as wait).
+    // The test moves time on, running what falls due, as the top of the loop (not nested).
     void advance(int ms);
     // Sets the wall clock that now() gives at the present virtual time.
     void setWallClock(std::chrono::system_clock::time_point time);

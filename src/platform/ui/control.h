@@ -81,6 +81,8 @@ public:
 
     // One listener: the binder. Changes are reported only when a value really changes.
     void setChangeListener(ChangeListener listener) { listener_ = std::move(listener); }
+    // True when a binder mirrors the control (a window has its form).
+    [[nodiscard]] bool bound() const { return static_cast<bool>(listener_); }
 
 protected:
     void notify(Change what, std::string detail = {}) const

@@ -97,11 +97,15 @@ public:
     void setRange(int min, int max);
     // Values outside the range are clamped into it.
     void setValue(int value);
+    // The text drawn centred on the bar; empty: none.
+    [[nodiscard]] const std::string& caption() const { return caption_; }
+    void setCaption(std::string caption) { assign(caption_, std::move(caption), Change::Caption); }
 
 private:
     int min_ = 0;
     int max_ = 100;
     int value_ = 0;
+    std::string caption_;
 };
 
 class MenuItem : public Control {
