@@ -76,6 +76,14 @@ public:
     [[nodiscard]] int userAccessLevel();
     [[nodiscard]] bool demo() const { return globals_.gDemo; }
 
+    // After the target restarted (an initialize): the command set opened again, then the
+    // identification, directory and configuration read anew.
+    void redetect();
+    // The driver's owner and the globals, for flows that take them (after connect()).
+    [[nodiscard]] clsMain& main();
+    [[nodiscard]] AppGlobals& mutableGlobals() { return globals_; }
+    [[nodiscard]] const SessionServices& services() const { return s_; }
+
 private:
     void readSetup();
     void choosePort();

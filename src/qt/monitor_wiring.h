@@ -8,6 +8,7 @@
 #include "editor/parameter_editor.h"
 #include "monitor/monitor.h"
 #include "outputs/output_commands.h"
+#include "pack_configuration/pack_flows.h"
 
 #include <functional>
 #include <string>
@@ -49,12 +50,14 @@ private:
     [[nodiscard]] CommandHooks commandHooks();
     [[nodiscard]] OutputServices outputServices();
     void wireMonitor();
+    [[nodiscard]] PackFlowHooks packHooks();
 
     MonitorWiringServices s_;
     Monitor monitor_;
     ParameterEditor editor_;
     DeviceCommands commands_;
     OutputCommands outputs_;
+    PackConfigurationFlows packs_;
 };
 
 } // namespace zv::qt
