@@ -68,6 +68,12 @@ std::string lettersOnly(const std::string& text)
     return result;
 }
 
+// A write went through and the device took it (a refused write still ends its transfer).
+bool accepted(const FileReply& reply)
+{
+    return reply.ok && reply.status == 0;
+}
+
 std::string asText(const std::vector<std::uint8_t>& bytes)
 {
     return std::string(bytes.begin(), bytes.end());
@@ -227,7 +233,7 @@ bool PackConfigurationFlows::writeElement(const PackProperties& file)
     if (file.FileSize <= file.FileMaxBytes) {
         request.count = file.FileSize / file.FileChunk;
         request.data = bytes;
-        return driver().FileAccessRequest(request).ok;
+        return accepted(driver().FileAccessRequest(request));
     }
     // Larger than one transfer: parts of whole records, each at its record offset.
     clsDirectoryElements entry;
@@ -241,7 +247,7 @@ bool PackConfigurationFlows::writeElement(const PackProperties& file)
         request.count = part.count;
         request.data.assign(bytes.begin() + static_cast<std::ptrdiff_t>(from),
             bytes.begin() + static_cast<std::ptrdiff_t>(to));
-        if (!driver().FileAccessRequest(request).ok || !driver().Files.waitUntilIdle())
+        if (!accepted(driver().FileAccessRequest(request)) || !driver().Files.waitUntilIdle())
             return false;
     }
     return true;
