@@ -74,6 +74,31 @@ TEST_F(PackCommandsTest, DataSetAndExportCommands)
     EXPECT_TRUE(fs::exists(path("pack.xml")));
 }
 
+TEST_F(PackCommandsTest, TheShippedExamplesLoad)
+{
+    const std::string shipped = programFolder() + "/Pack Configurations/";
+    struct Case {
+        std::string file;
+        int deviceFile;
+        std::vector<std::uint8_t> firstBytes;
+    };
+    for (const auto& c : std::vector<Case> { { shipped + "ZK9460 thermistor map.tmap", 14, { 0x10, 0x0E, 0x80, 0x0C } },
+             { programFolder() + "/Auxiliary/ZK9460 Ra override.aux", 15, { 28, 0, 33, 0 } },
+             { shipped + "ZK9460 SBData map.sbd", 39, { 9, 0, 1, 9, 1, 8 } } }) {
+        auto& bytes = pack().files.bytes(c.deviceFile);
+        std::fill(bytes.begin(), bytes.end(), 0xEE);
+        const auto result = run({ "load-config", c.file });
+        ASSERT_EQ(result.status, 0) << c.file << result.err;
+        EXPECT_EQ(result.out.substr(0, 12), "Loaded 1 fil");
+        EXPECT_TRUE(std::equal(c.firstBytes.begin(), c.firstBytes.end(), pack().files.bytes(c.deviceFile).begin()))
+            << c.file;
+    }
+    pack().files.set("Charging Current", 1000);
+    const auto result = run({ "load-dataset", shipped + "ZK9460 defaults.ppcsv" });
+    ASSERT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(pack().files.get("Charging Current"), 2500u);
+}
+
 TEST_F(PackCommandsTest, FailuresEndWithTheFlowsOwnMessage)
 {
     std::ofstream(path("broken.dat")) << "not a pack";
