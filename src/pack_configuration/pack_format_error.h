@@ -2,7 +2,6 @@
 // The failure of a pack file reader: what was wrong and the source line that found it, as the
 // "Invalid file format" box shows them.
 
-#include <source_location>
 #include <stdexcept>
 #include <string>
 
@@ -10,10 +9,11 @@ namespace zv {
 
 class PackFormatError : public std::runtime_error {
 public:
-    explicit PackFormatError(
-        const std::string& description, std::source_location where = std::source_location::current())
+    // The line defaults to the line of the throw (the builtin both GCC and Clang evaluate at the
+    // call site).
+    explicit PackFormatError(const std::string& description, int line = __builtin_LINE())
         : std::runtime_error(description)
-        , line_(static_cast<int>(where.line()))
+        , line_(line)
     {
     }
     [[nodiscard]] int line() const { return line_; }
