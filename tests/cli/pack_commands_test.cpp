@@ -82,15 +82,17 @@ TEST_F(PackCommandsTest, TheShippedExamplesLoad)
         int deviceFile;
         std::vector<std::uint8_t> firstBytes;
     };
-    for (const auto& c : std::vector<Case> { { shipped + "ZK9460 thermistor map.tmap", 14, { 0x10, 0x0E, 0x80, 0x0C } },
-             { programFolder() + "/Auxiliary/ZK9460 Ra override.aux", 15, { 28, 0, 33, 0 } },
-             { shipped + "ZK9460 SBData map.sbd", 39, { 9, 0, 1, 9, 1, 8 } } }) {
+    for (const auto& c :
+        std::vector<Case> { { shipped + "ZK9460 thermistor map.tmap", 14, { 0x10, 0x0E, 0x80, 0x0C } },
+            { programFolder() + "/Auxiliary/ZK9460 Ra override.aux", 15, { 28, 0, 33, 0 } },
+            { shipped + "ZK9460 SBData map.sbd", 39, { 9, 0, 1, 9, 1, 8 } } }) {
         auto& bytes = pack().files.bytes(c.deviceFile);
         std::fill(bytes.begin(), bytes.end(), 0xEE);
         const auto result = run({ "load-config", c.file });
         ASSERT_EQ(result.status, 0) << c.file << result.err;
         EXPECT_EQ(result.out.substr(0, 12), "Loaded 1 fil");
-        EXPECT_TRUE(std::equal(c.firstBytes.begin(), c.firstBytes.end(), pack().files.bytes(c.deviceFile).begin()))
+        EXPECT_TRUE(
+            std::equal(c.firstBytes.begin(), c.firstBytes.end(), pack().files.bytes(c.deviceFile).begin()))
             << c.file;
     }
     pack().files.set("Charging Current", 1000);
@@ -108,12 +110,15 @@ TEST_F(PackCommandsTest, FailuresEndWithTheFlowsOwnMessage)
         std::string err;
     };
     const std::vector<Case> cases {
-        { { "load-config", path("broken.dat") }, 1, "Invalid file format: An error has occurred while reading the file" },
-        { { "load-config", path("pack.txt") }, 1, "Invalid File Extension: The file pack.txt has the wrong extension." },
+        { { "load-config", path("broken.dat") }, 1,
+            "Invalid file format: An error has occurred while reading the file" },
+        { { "load-config", path("pack.txt") }, 1,
+            "Invalid File Extension: The file pack.txt has the wrong extension." },
         { { "export-xml", path("pack.txt") }, 1, "Invalid File Extension" },
         { { "load-dataset", path("missing.ppcsv") }, 1, "The data-set was not loaded." },
         { { "set", "No Such Parameter", "1" }, 1, "There is no parameter named \"No Such Parameter\"." },
-        { { "set", "Cell Over Voltage Limit" }, 2, "Usage: zentavia-cli [options] set NAME VALUE [--node N]" },
+        { { "set", "Cell Over Voltage Limit" }, 2,
+            "Usage: zentavia-cli [options] set NAME VALUE [--node N]" },
         { { "save-config", "a.dat", "--relearn" }, 2, "--relearn belongs to load-config." },
         { { "commit", "--node", "2" }, 2, "--node belongs to get and set." },
     };
