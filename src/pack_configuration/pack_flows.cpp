@@ -324,8 +324,11 @@ bool PackConfigurationFlows::LoadPackConfiguration(const std::string& path)
 bool PackConfigurationFlows::loadFromFile(const std::string& path, bool relearn)
 {
     quietFailure.clear();
-    if (!LoadPackConfiguration(path))
+    if (!LoadPackConfiguration(path)) {
+        if (hooks_.closeSplash)
+            hooks_.closeSplash();
         return false;
+    }
     splash("Committing Changes To Flash...");
     if (hooks_.CommitChanges && !hooks_.CommitChanges()) {
         quietFailure = "The configuration was written but not committed to flash.";
