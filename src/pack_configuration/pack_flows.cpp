@@ -6,6 +6,7 @@
 #include "device_files/file_parts.h"
 #include "driver/cls_main.h"
 #include "monitor/main_title.h"
+#include "monitor/open_associated.h"
 #include "pack_configuration/atomic_file.h"
 #include "pack_configuration/editable_file.h"
 #include "pack_configuration/pack_format_error.h"
@@ -478,6 +479,16 @@ void PackConfigurationFlows::mnuDatExport_Click()
     const auto path = askOpen(pack_texts::kDatFilter, kPathPackConfiguration);
     if (path)
         (void)exportDatToXml(*path);
+}
+
+void PackConfigurationFlows::mnuExport_Click(
+    platform::Desktop& desktop, const std::function<void(const std::string&)>& info)
+{
+    if (hooks_.IsTheDeviceWired && !hooks_.IsTheDeviceWired())
+        return;
+    const auto path = askOpen(pack_texts::kDataLogFilter, "Path_Export");
+    if (path)
+        (void)OpenAssociated(*path, desktop, s_.dialogs, info);
 }
 
 } // namespace zv

@@ -13,6 +13,7 @@
 #include <vector>
 
 namespace zv::platform {
+class Desktop;
 class Dialogs;
 class EventLoop;
 class SettingsStore;
@@ -67,6 +68,7 @@ inline constexpr const char* kLoadFilter
 inline constexpr const char* kSaveFilter = "Pack Configuration Files (*.dat)|*.dat|";
 inline constexpr const char* kDatFilter = "DAT Files (*.dat;)|*.dat|";
 inline constexpr const char* kDataSetFilter = "Zentavia CSV (*.ppcsv)|*.ppcsv|";
+inline constexpr const char* kDataLogFilter = "Data Log Files (*.csv)|*.csv|";
 inline constexpr const char* kAuxFilter = "Auxiliary Chemistry Files (*.aux)|*.aux|";
 inline constexpr const char* kLoadFailed = "An error has occurred while loading the pack configuration.\r\n"
                                            "It is recommended that you reload the configuration file.\r\n"
@@ -88,6 +90,8 @@ public:
     void mnuPPloadPackConfigurationToDevice_Click();
     void mnuPPsavePackConfiguration_Click();
     void mnuPPImportPackConfiguration_Click();
+    // A data log opened in the system's program for .csv; a refusal shows "File Error".
+    void mnuExport_Click(platform::Desktop& desktop, const std::function<void(const std::string&)>& info);
 
     // Load from file: LoadPackConfiguration, then commit, initialize and a new detection.
     [[nodiscard]] bool loadFromFile(const std::string& path, bool relearn);

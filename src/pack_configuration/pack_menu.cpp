@@ -1,5 +1,6 @@
 #include "pack_configuration/pack_menu.h"
 
+#include "core/active_form.h"
 #include "monitor/frm_main.h"
 #include "pack_configuration/pack_flows.h"
 
@@ -15,6 +16,11 @@ void wirePackConfiguration(frmMain& form, PackConfigurationFlows& flows)
         = [&flows] { flows.mnuPPloadPackConfigurationToDevice_Click(); };
     form.mnuPPsavePackConfiguration.onClick = [&flows] { flows.mnuPPsavePackConfiguration_Click(); };
     form.mnuPPImportPackConfiguration.onClick = [&flows] { flows.mnuPPImportPackConfiguration_Click(); };
+    if (platform::Desktop* desktop = form.desktop())
+        form.mnuExport.onClick = [&flows, &form, desktop] {
+            flows.mnuExport_Click(*desktop,
+                [&form](const std::string& text) { form.sbStatusBar.setPanelText(kInfoPanel, text); });
+        };
     form.refreshAvailability();
 }
 

@@ -7,6 +7,7 @@
 #include "core/settings_table.h"
 #include "pack_configuration/atomic_file.h"
 #include "pack_configuration/pack_flows.h"
+#include "platform/desktop.h"
 #include "support/sim_harness.h"
 
 #include <filesystem>
@@ -275,6 +276,37 @@ TEST_F(PackFlowTest, DataSetRoundTripAndImport)
     EXPECT_EQ(driver().GatewayParameters.FindByName("Charging Current")->NewValue, DynamicValue("2500"));
     EXPECT_TRUE(driver().GatewayParameters.FindByName("Over Temperature Limit")->NewValue.isEmpty());
     EXPECT_EQ(files.get("Charging Current"), 1234u) << "nothing is written by an import";
+}
+
+TEST_F(PackFlowTest, ADataLogOpensInTheSystemsProgramOrSaysWhyNot)
+{
+    struct Desktop : platform::Desktop {
+        bool openExternal(const std::string& path) override
+        {
+            opened.push_back(path);
+            return accept;
+        }
+        bool accept = true;
+        std::vector<std::string> opened;
+    } desktop;
+    writeFileReplacing(path("log.csv"), "a,b\r\n");
+    std::vector<std::string> info;
+    const auto open = [&](const std::string& file, bool refused) {
+        dialogs.answerOpenFiles({ file });
+        if (refused)
+            dialogs.answerMessage(Answer::OK);
+        flows->mnuExport_Click(desktop, [&](const std::string& text) { info.push_back(text); });
+    };
+    open(path("log.csv"), false);
+    EXPECT_EQ(desktop.opened, std::vector<std::string> { path("log.csv") });
+    EXPECT_EQ(dialogs.shown().back().file.filter, "Data Log Files (*.csv)|*.csv|");
+    EXPECT_EQ(readSetting(settings, "Path_Export", programFolder()), folder.string());
+    desktop.accept = false;
+    open(path("log.csv"), true);
+    open(path("missing.csv"), true);
+    EXPECT_THAT(boxTitles(), ElementsAre("", "", "File Error", "", "File Error")) << "file dialogs and boxes";
+    EXPECT_THAT(info,
+        ElementsAre(HasSubstr("There is no application associated"), "The specified file was not found."));
 }
 
 } // namespace
