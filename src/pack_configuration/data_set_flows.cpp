@@ -69,11 +69,11 @@ bool numericWithoutPoint(std::string_view text)
     return !digits.empty() && digits.find_first_not_of("0123456789") == std::string::npos;
 }
 
+// A data-set names gateway parameters only: a cell's place would make its file's other sections
+// zero.
 clsSMBusParameter* findInModel(clsCellWeft& driver, const std::string& name)
 {
-    if (auto* parameter = driver.FindParameter(name, 0).parameter)
-        return parameter;
-    return driver.nodes.Count() > 0 ? driver.FindParameter(name, 1).parameter : nullptr;
+    return driver.FindParameter(name, 0).parameter;
 }
 
 } // namespace
@@ -297,10 +297,9 @@ void PackConfigurationFlows::mnuPPloadPackConfigurationToDevice_Click()
         (void)loadDataSetToDevice(*path);
 }
 
-bool PackConfigurationFlows::ImportDataSet(const std::string& path)
+bool PackConfigurationFlows::kelvinPreference()
 {
-    clsCellWeft& d = driver();
-    DisplaySettings& display = d.Parameters.display;
+    DisplaySettings& display = driver().Parameters.display;
     if (display.TemperatureUnits != 0) {
         if (s_.dialogs.messageBox(
                 "This operation requires the temperature preference to be set to Kelvin.\r\n"
@@ -314,6 +313,15 @@ bool PackConfigurationFlows::ImportDataSet(const std::string& path)
         if (hooks_.redraw)
             hooks_.redraw();
     }
+    return true;
+}
+
+bool PackConfigurationFlows::ImportDataSet(const std::string& path)
+{
+    if (!kelvinPreference())
+        return false;
+    clsCellWeft& d = driver();
+    const DisplaySettings& display = d.Parameters.display;
     std::vector<PpcsvEntry> entries;
     try {
         entries = parsePpcsv(readWholeFile(path));
@@ -372,6 +380,8 @@ bool PackConfigurationFlows::ImportDataSet(const std::string& path)
 void PackConfigurationFlows::mnuPPImportPackConfiguration_Click()
 {
     if (hooks_.IsTheDeviceWired && !hooks_.IsTheDeviceWired())
+        return;
+    if (!kelvinPreference())
         return;
     const auto path = askOpen(pack_texts::kDataSetFilter, kPathDataSet);
     if (path)

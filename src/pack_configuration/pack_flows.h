@@ -144,6 +144,8 @@ private:
     [[nodiscard]] bool setDataFlow(bool start);
     [[nodiscard]] bool writeDataSetFile(int file, const std::vector<DataSetRecord>& records);
     void chemistryStep();
+    // Asks for the kelvin preference a data-set import needs; false when the user declines.
+    [[nodiscard]] bool kelvinPreference();
 
     PackFlowServices s_;
     PackFlowHooks hooks_;

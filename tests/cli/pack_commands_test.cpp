@@ -104,6 +104,8 @@ TEST_F(PackCommandsTest, TheShippedExamplesLoad)
 TEST_F(PackCommandsTest, FailuresEndWithTheFlowsOwnMessage)
 {
     std::ofstream(path("broken.dat")) << "not a pack";
+    std::ofstream(path("cell.ppcsv"))
+        << "# a cell's value would zero the other cells' sections\r\nBalance Threshold,mV,20\r\n";
     struct Case {
         std::vector<std::string> line;
         int status;
@@ -116,6 +118,8 @@ TEST_F(PackCommandsTest, FailuresEndWithTheFlowsOwnMessage)
             "Invalid File Extension: The file pack.txt has the wrong extension." },
         { { "export-xml", path("pack.txt") }, 1, "Invalid File Extension" },
         { { "load-dataset", path("missing.ppcsv") }, 1, "The data-set was not loaded." },
+        { { "load-dataset", path("cell.ppcsv") }, 1,
+            "Error Parsing File: An error has occurred while parsing the 'ppcsv' file on line number 2." },
         { { "set", "No Such Parameter", "1" }, 1, "There is no parameter named \"No Such Parameter\"." },
         { { "set", "Cell Over Voltage Limit" }, 2,
             "Usage: zentavia-cli [options] set NAME VALUE [--node N]" },
