@@ -38,6 +38,20 @@ void dispatch(const CommandLine& line, CliSession& session, std::ostream& out)
         runCalibrate(session, line.arguments, out);
     else if (line.command == "poll")
         runPoll(session, line.poll, out);
+    else if (line.command == "save-config")
+        runSaveConfig(session, argument(0), out);
+    else if (line.command == "load-config")
+        runLoadConfig(session, argument(0), line.relearn, out);
+    else if (line.command == "export-xml")
+        runExportXml(session, argument(0), out);
+    else if (line.command == "save-dataset")
+        runSaveDataSet(session, argument(0), out);
+    else if (line.command == "load-dataset")
+        runLoadDataSet(session, argument(0), out);
+    else if (line.command == "set")
+        runSet(session, argument(0), argument(1), line.node, out);
+    else if (line.command == "commit")
+        runCommit(session, out);
 }
 
 int failed(const CliError& error, const RunServices& services)

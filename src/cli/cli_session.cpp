@@ -301,6 +301,27 @@ void CliSession::disconnect()
     linkUp_ = targetAnswered_ = connected_ = false;
 }
 
+void CliSession::redetect()
+{
+    if (globals_.gDemo)
+        return;
+    auto& d = driver();
+    (void)d.SMBus_ReInit();
+    auto ops = target();
+    if (ops.UnlockDevice() != 0 || !ops.EnableUlmarCommandSet())
+        throw communicationFailed(kCommandSetClosed);
+    (void)d.GetScaling();
+    identified_ = directoryRead_ = configured_ = false;
+    loadConfiguration();
+}
+
+clsMain& CliSession::main()
+{
+    if (!main_)
+        throw std::logic_error("the session has no driver before connect()");
+    return *main_;
+}
+
 clsCellWeft& CliSession::driver()
 {
     if (!main_)

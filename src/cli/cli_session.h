@@ -83,6 +83,14 @@ public:
     [[nodiscard]] platform::SettingsStore& settings() { return s_.settings; }
     [[nodiscard]] const std::string& programFolder() const { return s_.programFolder; }
 
+    // After the target restarted (an initialize): the command set opened again, then the
+    // identification, directory and configuration read anew.
+    void redetect();
+    // The driver's owner and the globals, for flows that take them (after connect()).
+    [[nodiscard]] clsMain& main();
+    [[nodiscard]] AppGlobals& mutableGlobals() { return globals_; }
+    [[nodiscard]] const SessionServices& services() const { return s_; }
+
 private:
     void readSetup();
     void choosePort();

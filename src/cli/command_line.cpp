@@ -33,6 +33,13 @@ constexpr std::array kCommands {
         "HIGH_MV" },
     CommandSpec { "poll", 0, 0,
         "poll [--count N] [--rate S] [--log FILE] [--comment TEXT] [--dlog FILE] [--slog FILE]" },
+    CommandSpec { "save-config", 1, 1, "save-config FILE.dat" },
+    CommandSpec { "load-config", 1, 1, "load-config FILE [--relearn]" },
+    CommandSpec { "export-xml", 1, 1, "export-xml FILE.dat" },
+    CommandSpec { "save-dataset", 1, 1, "save-dataset FILE.ppcsv" },
+    CommandSpec { "load-dataset", 1, 1, "load-dataset FILE.ppcsv" },
+    CommandSpec { "set", 2, 2, "set NAME VALUE [--node N]" },
+    CommandSpec { "commit", 0, 0, "commit" },
 };
 
 constexpr const char* kDescription
@@ -70,6 +77,18 @@ Commands:
                        a row a sample by the dynamic definition --dlog FILE (both default to
                        the settings; --slog "" leaves the static blocks out). Ctrl-C and
                        SIGTERM close the log with its closing static block.
+  save-config FILE.dat Read the pack configuration from the device into FILE.dat.
+  load-config FILE     Write FILE (.dat, .tmap, .aux or .sbd) to the device, log in with
+                       the pack's password, commit, initialize (--relearn: with relearn)
+                       and detect the target again.
+  export-xml FILE.dat  Write FILE.xml beside FILE.dat and verify it by reading it back.
+  save-dataset FILE.ppcsv  Write the writable parameters' values to FILE.ppcsv.
+  load-dataset FILE.ppcsv  Write the values of FILE.ppcsv to the device and commit.
+  set NAME VALUE       Write parameter NAME (--node N: of cell N), read it back, print it.
+                       The value waits in RAM until commit.
+  commit               Commit the device's RAM to flash.
+
+Progress of the long commands goes to stderr when stderr is a terminal.
 
 The link: the HLK dongle on the port of the CommPort setting unless --port names another,
 or the USB adapter when --usb names one (or Zentavia.ini has Communications=1 and UsbAdapter):
@@ -102,7 +121,8 @@ struct Options {
     QCommandLineOption home { "home", "Program folder.", "DIR" };
     QCommandLineOption address { "address", "7-bit SMBus address of the target (default: Zentavia.ini).",
         "N" };
-    QCommandLineOption node { "node", "get: cell N; 0 is the gateway.", "N" };
+    QCommandLineOption node { "node", "get, set: cell N; 0 is the gateway.", "N" };
+    QCommandLineOption relearn { "relearn", "load-config: initialize with relearn." };
     QCommandLineOption block { "block", "sbread: read a block instead of a word." };
     QCommandLineOption format { "format", "sbread: HEX, UINT, SINT or STR.", "F" };
     QCommandLineOption extended { "extended", "sbread: keep the extended command set open." };
@@ -119,6 +139,7 @@ struct Options {
         parser.addOptions({ help, port, usb, demo, home, address, node, block, format, extended });
         parser.addOptions({ yes });
         parser.addOptions({ count, rate, log, comment, dlog, slog });
+        parser.addOptions({ relearn });
     }
 };
 
@@ -137,7 +158,9 @@ void checkCommandOptions(const QCommandLineParser& parser, const Options& option
         if (parser.isSet(option) && command != owner)
             throw usage("--" + option.names().constLast().toStdString() + " belongs to " + owner + ".");
     };
-    onlyFor(options.node, "get");
+    if (parser.isSet(options.node) && command != "get" && command != "set")
+        throw usage("--node belongs to get and set.");
+    onlyFor(options.relearn, "load-config");
     onlyFor(options.block, "sbread");
     onlyFor(options.format, "sbread");
     onlyFor(options.extended, "sbread");
@@ -219,6 +242,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     if (parser.isSet(options.node))
         line.node = parseNumber(parser.value(options.node).toStdString(), "--node", 0, 255);
     line.block = parser.isSet(options.block);
+    line.relearn = parser.isSet(options.relearn);
     line.extended = parser.isSet(options.extended);
     line.yes = parser.isSet(options.yes);
     if (parser.isSet(options.format)) {

@@ -15,7 +15,8 @@ struct CommandLine {
     std::string home; // --home: the program folder
     std::string command; // empty with --help
     std::vector<std::string> arguments;
-    int node = 0; // get --node
+    int node = 0; // get, set --node
+    bool relearn = false; // load-config --relearn
     bool block = false; // sbread --block
     bool extended = false; // sbread --extended
     SbdFormat format = SbdFormat::HEX; // sbread --format

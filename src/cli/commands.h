@@ -50,5 +50,21 @@ void runRestoreCal(CliSession& session, const std::string& file, bool yes, std::
 // calibrate STEP ARGUMENTS...: one calibration step in calibration mode, then what the device
 // reports.
 void runCalibrate(CliSession& session, const std::vector<std::string>& arguments, std::ostream& out);
+// Pack configurations and data-sets, on the flows of the main window's file menu.
+// save-config FILE.dat: the pack configuration read from the device into a .dat.
+void runSaveConfig(CliSession& session, const std::string& file, std::ostream& out);
+// load-config FILE [--relearn]: a .dat, .tmap, .aux or .sbd written to the device, committed,
+// the device initialized and detected again.
+void runLoadConfig(CliSession& session, const std::string& file, bool relearn, std::ostream& out);
+// export-xml FILE.dat: the .xml beside it, verified by reading it back.
+void runExportXml(CliSession& session, const std::string& file, std::ostream& out);
+// save-dataset FILE.ppcsv and load-dataset FILE.ppcsv.
+void runSaveDataSet(CliSession& session, const std::string& file, std::ostream& out);
+void runLoadDataSet(CliSession& session, const std::string& file, std::ostream& out);
+// set NAME VALUE [--node N]: one parameter written, read back and printed.
+void runSet(
+    CliSession& session, const std::string& name, const std::string& value, int node, std::ostream& out);
+// commit: RAM to flash.
+void runCommit(CliSession& session, std::ostream& out);
 
 } // namespace zv::cli

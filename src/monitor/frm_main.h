@@ -103,6 +103,8 @@ public:
     // Entries wired since the last call become available, the others unavailable.
     void refreshAvailability();
     [[nodiscard]] bool isWired(const platform::ui::MenuItem& item) const;
+    // The system's program starter; none when the application has none.
+    [[nodiscard]] platform::Desktop* desktop() const { return context_.desktop; }
 
     bool PendingChanges = false;
     std::string ScriptBinPath;

@@ -3,7 +3,9 @@
 #include "commands/wire_commands.h"
 #include "core/globals.h"
 #include "driver/cls_main.h"
+#include "driver/target_operations.h"
 #include "monitor/frm_main.h"
+#include "pack_configuration/pack_menu.h"
 #include "platform/ui/show_modal.h"
 #include "qt/binder.h"
 #include "qt/calibration_forms.h"
@@ -27,6 +29,9 @@ MonitorWiring::MonitorWiring(MonitorWiringServices services)
           calibrationHooks())
     , logging_(monitor_, loggingServices())
     , settingsFiles_(monitor_, s_.setMousePointer)
+    , packs_(PackFlowServices { s_.context.main, s_.context.globals, s_.context.settings, s_.context.dialogs,
+                 s_.context.loop, s_.context.programFolder },
+          packHooks())
 {
     if (s_.bindWindow)
         s_.bindWindow(outputs_.preferences);
@@ -36,6 +41,7 @@ MonitorWiring::MonitorWiring(MonitorWiringServices services)
     wireOutputCommands(s_.context.form, outputs_);
     wireLoggingCommands(s_.context.form, logging_);
     wireAppSettingsFiles(s_.context.form, settingsFiles_);
+    wirePackConfiguration(s_.context.form, packs_);
 }
 
 // The logging windows are bound to their forms on first use and shown modally.
@@ -141,6 +147,41 @@ CalibrationCommandHooks MonitorWiring::calibrationHooks()
         if (auto form = makeCalibrationFormFor(window))
             (void)s_.binder.bind(window, std::move(form));
     };
+// The pack configuration flows on the monitor, the device commands and the start-up's splash; the
+// new detection after a load is the application's reload.
+PackFlowHooks MonitorWiring::packHooks()
+{
+    const MonitorContext& c = s_.context;
+    frmMain& form = c.form;
+    AppGlobals& globals = c.globals;
+    PackFlowHooks hooks;
+    hooks.IsTheDeviceWired = [this] { return commands_.IsTheDeviceWired(); };
+    hooks.pollingActive = [&globals] { return globals.PollingActive; };
+    hooks.disableAllCommands = [&form] { form.disableAllCommands(true); };
+    hooks.enableAllCommands = [&form] { form.enableAllCommands(true); };
+    hooks.SetMousePointer = s_.setMousePointer;
+    hooks.showSplash = s_.showSplash;
+    hooks.closeSplash = s_.closeSplash;
+    hooks.login = [this](const PasswordBytes& bytes) {
+        const MonitorContext& context = s_.context;
+        auto target = std::make_shared<TargetOperations>(context.main.CellWeft());
+        CommandLock lock { [target] { return target->UnlockDevice(); },
+            [target] { return target->EnableUlmarCommandSet(); },
+            [target] { return target->DisableUlmarCommandSet(); }, [target] { return target->LockDevice(); },
+            [target] { return target->GetAccessLevel(); } };
+        AccessServices access { context.main, context.globals, context.dialogs, lock };
+        return LoginWithPassword(access, bytes);
+    };
+    hooks.CommitChanges = [this] { return commands_.CommitChanges(false); };
+    hooks.CommandInitialize = [this](bool relearn) { return commands_.CommandInitialize(relearn); };
+    hooks.detectTarget = [this] {
+        if (monitor_.edits.hooks.reload)
+            monitor_.edits.hooks.reload();
+        return true;
+    };
+    hooks.Parameters_ReadAll = [this] { return monitor_.edits.Parameters_ReadAll(); };
+    hooks.UpdateTabs = [this](const clsSMBusParameter& parameter) { monitor_.tabs.UpdateTabs(parameter); };
+    hooks.redraw = [this] { monitor_.tabs.LoadTabs(); };
     return hooks;
 }
 

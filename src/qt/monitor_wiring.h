@@ -11,6 +11,7 @@
 #include "monitor/app_settings_files.h"
 #include "monitor/monitor.h"
 #include "outputs/output_commands.h"
+#include "pack_configuration/pack_flows.h"
 
 #include <functional>
 #include <string>
@@ -57,6 +58,7 @@ private:
     [[nodiscard]] CalibrationCommandHooks calibrationHooks();
     [[nodiscard]] LoggingCommandServices loggingServices();
     void wireMonitor();
+    [[nodiscard]] PackFlowHooks packHooks();
 
     MonitorWiringServices s_;
     Monitor monitor_;
@@ -66,6 +68,7 @@ private:
     CalibrationCommands calibration_;
     LoggingCommands logging_;
     AppSettingsFiles settingsFiles_;
+    PackConfigurationFlows packs_;
 };
 
 } // namespace zv::qt
