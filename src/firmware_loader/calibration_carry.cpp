@@ -103,8 +103,8 @@ bool CalibrationCarry::RestoreCalibration()
     if (!readBack)
         return false;
     if (!calibrationMatchesDevice(driver, *readBack)
-        && s_.dialogs.messageBox(calibrationMismatchText(), platform::Buttons::YesNo, platform::Icon::Question,
-               calibrationMismatchTitle())
+        && s_.dialogs.messageBox(calibrationMismatchText(), platform::Buttons::YesNo,
+               platform::Icon::Question, calibrationMismatchTitle())
             != platform::Answer::Yes)
         return false;
     if (!writeCalibrationToDevice(driver, *readBack)) {
@@ -117,7 +117,8 @@ bool CalibrationCarry::RestoreCalibration()
     return true;
 }
 
-std::optional<bool> CalibrationCarry::Preserve(FirmwareLoader& loader, const std::function<void()>& clearPreserve)
+std::optional<bool> CalibrationCarry::Preserve(
+    FirmwareLoader& loader, const std::function<void()>& clearPreserve)
 {
     using platform::Answer;
     for (;;) {
@@ -126,8 +127,8 @@ std::optional<bool> CalibrationCarry::Preserve(FirmwareLoader& loader, const std
             return std::nullopt;
         if (saved == SaveOutcome::Saved)
             break;
-        const Answer answer = s_.dialogs.messageBox(kPreserveSaveFailedText, platform::Buttons::AbortRetryIgnore,
-            platform::Icon::Exclamation, "Preserve Calibration Failed");
+        const Answer answer = s_.dialogs.messageBox(kPreserveSaveFailedText,
+            platform::Buttons::AbortRetryIgnore, platform::Icon::Exclamation, "Preserve Calibration Failed");
         if (answer == Answer::Abort)
             return std::nullopt;
         if (answer == Answer::Ignore) {
@@ -142,8 +143,8 @@ std::optional<bool> CalibrationCarry::Preserve(FirmwareLoader& loader, const std
     if (RestoreCalibration()) {
         if (clearPreserve)
             clearPreserve();
-        s_.dialogs.messageBox("Calibration has been preserved.", platform::Buttons::OK, platform::Icon::Information,
-            "Preserve Calibration");
+        s_.dialogs.messageBox("Calibration has been preserved.", platform::Buttons::OK,
+            platform::Icon::Information, "Preserve Calibration");
     } else {
         s_.dialogs.messageBox(
             "An error has occurred while trying to preserve the calibration data.\n"

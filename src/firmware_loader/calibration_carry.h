@@ -42,7 +42,8 @@ enum class SaveOutcome { Saved, Cancelled, Failed };
 
 // The text of file 24 for the new firmware: its own head, then the old calibration, then what the
 // new text has behind the old calibration's end.
-[[nodiscard]] std::string rebuildCalibrationText(const std::string& newText, const std::string& oldCalibration);
+[[nodiscard]] std::string rebuildCalibrationText(
+    const std::string& newText, const std::string& oldCalibration);
 
 class CalibrationCarry {
 public:
@@ -58,7 +59,8 @@ public:
     [[nodiscard]] bool SetAlgorithmEnable(bool on);
     // The whole preservation around the loader's download: nothing when the user aborted, else
     // whether the download itself succeeded (a failed restore has shown its box).
-    [[nodiscard]] std::optional<bool> Preserve(FirmwareLoader& loader, const std::function<void()>& clearPreserve);
+    [[nodiscard]] std::optional<bool> Preserve(
+        FirmwareLoader& loader, const std::function<void()>& clearPreserve);
 
     [[nodiscard]] std::string restoreFolder() const;
     [[nodiscard]] std::string modifiedPath() const;

@@ -1,6 +1,6 @@
 #include "firmware_loader/enc_file.h"
 
-#include <algorithm>
+#include "params/hex_text.h"
 
 namespace zv {
 
@@ -36,12 +36,6 @@ std::vector<std::string_view> splitLines(std::string_view text)
 }
 
 } // namespace
-
-bool ValidateHexFileFormat(std::string& text)
-{
-    std::erase_if(text, [](char c) { return c == ' ' || c == '\r' || c == '\n' || c == '\t'; });
-    return std::all_of(text.begin(), text.end(), [](char c) { return hexValue(c).has_value(); });
-}
 
 std::optional<std::uint32_t> encWord(std::string_view body, std::size_t position)
 {

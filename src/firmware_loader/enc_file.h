@@ -36,14 +36,12 @@ struct EncImage {
     std::vector<BootSection> sections;
 };
 
-// Removes blanks, CR, LF and tabs from the text; true when only "0123456789ABCDEF" remain.
-[[nodiscard]] bool ValidateHexFileFormat(std::string& text);
-
 // A 16-bit value of four hexadecimal digits, low byte first ("7017" is 6000); nothing when the
 // four characters from `position` (counted from 1) are not all hexadecimal digits.
 [[nodiscard]] std::optional<std::uint32_t> encWord(std::string_view body, std::size_t position);
 
-// Parses the whole file's text (any of CR LF, LF or CR ends a line).
+// Parses the whole file's text (any of CR LF, LF or CR ends a line); each section's data passes
+// the driver's ValidateHexFileFormat.
 [[nodiscard]] EncImage parseEncText(std::string_view text);
 
 // Whether an image whose first section has this version fits the target: below 6000 for "1001"

@@ -7,15 +7,16 @@
 
 namespace zv {
 
-std::optional<KnownFirmwareIssue> knownFirmwareIssue(long version, long build, const std::string& programFolder)
+std::optional<KnownFirmwareIssue> knownFirmwareIssue(
+    long version, long build, const std::string& programFolder)
 {
     const std::string detected = "Warning: The detected firmware " + std::to_string(version) + " build "
         + std::to_string(build) + " has a known issue.\n";
     const std::string question = "\nWould you like to upgrade now?";
     const std::string firmware = programFolder + "/Configuration Files/";
     if (version == 6000 && build == 717)
-        return KnownFirmwareIssue { detected + "It is recommended that you update the firmware to release 6000 Build 719."
-                + question,
+        return KnownFirmwareIssue { detected
+                + "It is recommended that you update the firmware to release 6000 Build 719." + question,
             firmware + "ZK9470/Firmware/FW_0002_0000_6000_0719.enc" };
     if (version == 4452)
         return KnownFirmwareIssue { detected + "Please update the firmware to version 5000" + question,
@@ -27,11 +28,12 @@ bool CheckFirmwareAtStartup(const FirmwareCheckServices& s)
 {
     if (s.globals.gDemo || !s.openLoader)
         return false;
-    const auto issue = knownFirmwareIssue(s.globals.gFirmwareVersion, s.globals.gFirmwareBuild, s.programFolder);
+    const auto issue
+        = knownFirmwareIssue(s.globals.gFirmwareVersion, s.globals.gFirmwareBuild, s.programFolder);
     if (!issue)
         return false;
-    if (s.dialogs.messageBox(issue->text, platform::Buttons::YesNo, platform::Icon::Exclamation,
-            "Firmware Issue Detected")
+    if (s.dialogs.messageBox(
+            issue->text, platform::Buttons::YesNo, platform::Icon::Exclamation, "Firmware Issue Detected")
         != platform::Answer::Yes)
         return false;
     frmBootStrapLoader& loader = s.openLoader();

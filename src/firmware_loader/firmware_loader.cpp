@@ -24,8 +24,7 @@ std::string fileNameOf(const std::string& path)
     return std::filesystem::path(path).filename().string();
 }
 
-template <typename Hook, typename... Args>
-void call(const Hook& hook, Args&&... args)
+template <typename Hook, typename... Args> void call(const Hook& hook, Args&&... args)
 {
     if (hook)
         hook(std::forward<Args>(args)...);
@@ -106,7 +105,8 @@ LoadOutcome FirmwareLoader::LoadImage(const std::string& path, bool automatic)
         return LoadOutcome::NotFirmware;
     }
     if (image.fault == EncFault::Invalid) {
-        s_.dialogs.messageBox("Error: File " + name + " is invalid.", Buttons::OK, Icon::Critical, "Invalid File Format");
+        s_.dialogs.messageBox(
+            "Error: File " + name + " is invalid.", Buttons::OK, Icon::Critical, "Invalid File Format");
         return LoadOutcome::Invalid;
     }
     sections_ = std::move(image.sections);
@@ -133,7 +133,10 @@ LoadOutcome FirmwareLoader::LoadImage(const std::string& path, bool automatic)
 bool FirmwareLoader::DownloadImage()
 {
     clsCellWeft& driver = s_.main.CellWeft();
-    (void)driver.SMBus_ReInit2();
+    // A dongle that does not come back through the reset (a pack pulled and plugged in again
+    // closes the port) is opened anew, so that a retry can reach the pack.
+    if (!driver.SMBus_ReInit2() && !driver.usbTransport() && driver.SMBus_Init() == 0)
+        (void)driver.SMBus_ReInit2();
     call(view_.busy, true);
     status("Downloading...");
     deviceChanged = true;

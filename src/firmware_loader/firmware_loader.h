@@ -115,10 +115,12 @@ private:
 
 // Texts of the connection.
 inline constexpr const char* kConnectionFailedText = "Communication error to hardware. Connection failed";
-inline constexpr const char* kCheckAndTryAgain = "Please check the connections to the hardware and try again.";
+inline constexpr const char* kCheckAndTryAgain
+    = "Please check the connections to the hardware and try again.";
 inline constexpr const char* kCheckAndReconnect
     = "Please check the connections to the hardware and try to reconnect.";
 inline constexpr const char* kUnableToConnect = "Unable to connect to device";
-inline constexpr const char* kConfigurationError = "An error has occurred while reading the configuration files.";
+inline constexpr const char* kConfigurationError
+    = "An error has occurred while reading the configuration files.";
 
 } // namespace zv

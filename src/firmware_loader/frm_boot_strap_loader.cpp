@@ -87,7 +87,8 @@ LoaderView frmBootStrapLoader::makeView()
         lblFile1Version.setCaption(image.version1);
         lblFile2Version.setCaption(image.version2);
     };
-    view.showSystemInformation = [this](const SystemInformation& information) { showSystemInformation(information); };
+    view.showSystemInformation
+        = [this](const SystemInformation& information) { showSystemInformation(information); };
     view.busy = [this](bool busy) { setBusy(busy); };
     view.downloadEnabled = [this](bool enabled) { setDownloadEnabled(enabled); };
     view.beep = s_.beep;
@@ -117,9 +118,8 @@ void frmBootStrapLoader::setBusy(bool busy)
     busy_ = busy;
     if (s_.setMousePointer)
         s_.setMousePointer(busy ? kHourglass : kNormalPointer);
-    for (platform::ui::Control* control :
-        std::initializer_list<platform::ui::Control*> { &cmdLoadImage, &chkPreserve, &mnuLoad, &mnuGetSystemInformation,
-            &mnuClose, &mnuExit })
+    for (platform::ui::Control* control : std::initializer_list<platform::ui::Control*> {
+             &cmdLoadImage, &chkPreserve, &mnuLoad, &mnuGetSystemInformation, &mnuClose, &mnuExit })
         control->setEnabled(!busy);
     cmdDownload.setEnabled(!busy && downloadEnabled_);
     mnuDownload.setEnabled(!busy && downloadEnabled_);
@@ -246,15 +246,16 @@ void frmBootStrapLoader::download()
 
 std::optional<bool> frmBootStrapLoader::Preserve()
 {
-    return calibration_->Preserve(*loader_, [this] { chkPreserve.setValue(platform::ui::CheckBox::Unchecked); });
+    return calibration_->Preserve(
+        *loader_, [this] { chkPreserve.setValue(platform::ui::CheckBox::Unchecked); });
 }
 
 void frmBootStrapLoader::chkPreserve_Click()
 {
     if (chkPreserve.value() != platform::ui::CheckBox::Checked)
         return;
-    const auto answer = s_.loader.dialogs.messageBox(std::string(kConfirmPreserveText), platform::Buttons::YesNo,
-        platform::Icon::Question, "Confirm Selection");
+    const auto answer = s_.loader.dialogs.messageBox(std::string(kConfirmPreserveText),
+        platform::Buttons::YesNo, platform::Icon::Question, "Confirm Selection");
     if (answer != platform::Answer::Yes)
         chkPreserve.setValue(platform::ui::CheckBox::Unchecked);
 }

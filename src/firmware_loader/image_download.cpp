@@ -10,8 +10,9 @@ int blockCount(std::size_t bytes, int blockSize)
 
 std::vector<std::uint8_t> blockImage(const BootSection& section, int blockSize)
 {
-    std::vector<std::uint8_t> bytes(
-        static_cast<std::size_t>(blockCount(section.bytes(), blockSize)) * static_cast<std::size_t>(blockSize), 0);
+    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(blockCount(section.bytes(), blockSize))
+            * static_cast<std::size_t>(blockSize),
+        0);
     for (std::size_t i = 0; i < section.bytes(); ++i)
         bytes[i] = static_cast<std::uint8_t>(std::stoi(section.data.substr(2 * i, 2), nullptr, 16));
     return bytes;

@@ -54,7 +54,8 @@ struct SystemInformation {
 [[nodiscard]] std::string titleSuffix(int hardwareState);
 
 // From "Application F File Version" (A) and "F File Version" (F); unread values count as 0.
-[[nodiscard]] int verificationCode(std::optional<double> applicationVersion, std::optional<double> dataVersion);
+[[nodiscard]] int verificationCode(
+    std::optional<double> applicationVersion, std::optional<double> dataVersion);
 
 struct VerificationMessage {
     std::string text;

@@ -106,26 +106,6 @@ TEST(EncFile, ABodyThatDoesNotHoldItsTableIsInvalid)
         EXPECT_EQ(parseEncText(kTag + "\r\n" + c.body).fault, c.fault) << c.name;
 }
 
-TEST(EncFile, ValidateHexFileFormatDropsBlanksAndLineBreaksOnly)
-{
-    struct Case {
-        std::string text;
-        bool ok;
-        std::string cleaned;
-    } cases[] = {
-        { "0A 1B\r\n2C\t3D", true, "0A1B2C3D" },
-        { "", true, "" },
-        { "0a1b", false, "0a1b" },
-        { "0A-1B", false, "0A-1B" },
-        { "0A\v1B", false, "0A\v1B" },
-    };
-    for (auto c : cases) {
-        std::string text = c.text;
-        EXPECT_EQ(ValidateHexFileFormat(text), c.ok) << c.text;
-        EXPECT_EQ(text, c.cleaned);
-    }
-}
-
 TEST(EncFile, TheFirstVersionDecidesWhichTargetTakesTheImage)
 {
     struct Case {
@@ -159,7 +139,8 @@ TEST(ImageDownload, BlocksRoundUpAndAreFilledWithZeros)
         EXPECT_EQ(request.count, c.blocks) << c.bytes << " bytes";
         ASSERT_EQ(request.data.size(), static_cast<std::size_t>(c.blocks) * 128);
         EXPECT_EQ(request.data[c.bytes - 1], 0xAB);
-        EXPECT_TRUE(std::all_of(request.data.begin() + c.bytes, request.data.end(), [](auto b) { return b == 0; }));
+        EXPECT_TRUE(
+            std::all_of(request.data.begin() + c.bytes, request.data.end(), [](auto b) { return b == 0; }));
         EXPECT_EQ(request.file, 2);
         EXPECT_EQ(request.blockSize, 128);
         EXPECT_EQ(request.access, 1);
@@ -173,8 +154,10 @@ TEST(ShippedImages, EachSectionPassesThePacksCheckAndTheDamagedOneFails)
         std::uint32_t appVersion;
         bool good;
     } cases[] = {
-        { test::programFolder() + "/Configuration Files/ZK9470/Firmware/FW_0002_0000_6000_0719.enc", 6000, true },
-        { test::programFolder() + "/Configuration Files/ZK9460S12/Firmware/FW_0001_0000_5000_0012.enc", 5000, true },
+        { test::programFolder() + "/Configuration Files/ZK9470/Firmware/FW_0002_0000_6000_0719.enc", 6000,
+            true },
+        { test::programFolder() + "/Configuration Files/ZK9460S12/Firmware/FW_0001_0000_5000_0012.enc", 5000,
+            true },
         { std::string(ZENTAVIA_TEST_IMAGES) + "/FW_0002_0000_6000_0719_damaged.enc", 6000, false },
     };
     for (const auto& c : cases) {
