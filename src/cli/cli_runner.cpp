@@ -30,6 +30,12 @@ void dispatch(const CommandLine& line, CliSession& session, std::ostream& out)
             out);
     else if (line.command == "capture-demo")
         runCaptureDemo(session, line.arguments.empty() ? session.globals().gDemoFile : argument(0), out);
+    else if (line.command == "save-cal")
+        runSaveCal(session, argument(0), out);
+    else if (line.command == "restore-cal")
+        runRestoreCal(session, argument(0), line.yes, out);
+    else if (line.command == "calibrate")
+        runCalibrate(session, line.arguments, out);
 }
 
 int failed(const CliError& error, const RunServices& services)

@@ -75,6 +75,9 @@ public:
     [[nodiscard]] const AppGlobals& globals() const { return globals_; }
     [[nodiscard]] int userAccessLevel();
     [[nodiscard]] bool demo() const { return globals_.gDemo; }
+    // The boxes of the run and the stream of its messages (stderr).
+    [[nodiscard]] platform::Dialogs& dialogs() { return s_.dialogs; }
+    [[nodiscard]] std::ostream& diagnostics() { return s_.diagnostics; }
 
 private:
     void readSetup();

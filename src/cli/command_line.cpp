@@ -26,6 +26,11 @@ constexpr std::array kCommands {
     CommandSpec { "get", 1, 1, "get NAME [--node N]" },
     CommandSpec { "sbread", 1, 1, "sbread CMD [--block] [--format F] [--extended]" },
     CommandSpec { "capture-demo", 0, 1, "capture-demo [FILE]" },
+    CommandSpec { "save-cal", 1, 1, "save-cal FILE.cal" },
+    CommandSpec { "restore-cal", 1, 1, "restore-cal FILE.cal [--yes]" },
+    CommandSpec { "calibrate", 1, 4,
+        "calibrate current-offset | current-gain MILLIAMPS | temperature VALUE{C|K} | cell N LOW_MV "
+        "HIGH_MV" },
 };
 
 constexpr const char* kDescription
@@ -46,6 +51,15 @@ Commands:
   capture-demo [FILE]  Capture the attached device for demo mode: the target id, every
                        directory record and every readable file. FILE defaults to demo.ini
                        in the program folder.
+  save-cal FILE.cal    Save the device's calibration data (files 24 and 31) to FILE.cal.
+  restore-cal FILE.cal Write FILE.cal to the device and commit it. When its sizes do not match
+                       the device the restore is refused unless --yes answers the question.
+  calibrate STEP       One calibration step in calibration mode, then what the device reports:
+                       current-offset (no current flowing), current-gain MILLIAMPS (the
+                       applied current, negative when discharging), temperature VALUE{C|K}
+                       (the ambient temperature, e.g. 25C or 298K), cell N LOW_MV HIGH_MV
+                       (two-point voltage calibration of cell N where the target offers it).
+                       A negative value follows "--": calibrate current-gain -- -1000.
 
 The link: the HLK dongle on the port of the CommPort setting unless --port names another,
 or the USB adapter when --usb names one (or Zentavia.ini has Communications=1 and UsbAdapter):
@@ -82,10 +96,11 @@ struct Options {
     QCommandLineOption block { "block", "sbread: read a block instead of a word." };
     QCommandLineOption format { "format", "sbread: HEX, UINT, SINT or STR.", "F" };
     QCommandLineOption extended { "extended", "sbread: keep the extended command set open." };
+    QCommandLineOption yes { "yes", "restore-cal: go on when the file's sizes do not match the device." };
 
     void addTo(QCommandLineParser& parser) const
     {
-        parser.addOptions({ help, port, usb, demo, home, address, node, block, format, extended });
+        parser.addOptions({ help, port, usb, demo, home, address, node, block, format, extended, yes });
     }
 };
 
@@ -94,7 +109,8 @@ void configure(QCommandLineParser& parser, const Options& options)
     parser.setApplicationDescription(kDescription);
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     options.addTo(parser);
-    parser.addPositionalArgument("command", "detect, dir, read-file, get, sbread or capture-demo.");
+    parser.addPositionalArgument(
+        "command", "detect, dir, read-file, get, sbread, capture-demo, save-cal, restore-cal or calibrate.");
     parser.addPositionalArgument("arguments", "The command's arguments.", "[arguments...]");
 }
 
@@ -108,6 +124,7 @@ void checkCommandOptions(const QCommandLineParser& parser, const Options& option
     onlyFor(options.block, "sbread");
     onlyFor(options.format, "sbread");
     onlyFor(options.extended, "sbread");
+    onlyFor(options.yes, "restore-cal");
     if (parser.isSet(options.port) && parser.isSet(options.usb))
         throw usage("--port and --usb name two links; give one.");
 }
@@ -167,6 +184,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
         line.node = parseNumber(parser.value(options.node).toStdString(), "--node", 0, 255);
     line.block = parser.isSet(options.block);
     line.extended = parser.isSet(options.extended);
+    line.yes = parser.isSet(options.yes);
     if (parser.isSet(options.format)) {
         const auto format = parseSbdFormat(parser.value(options.format).toStdString());
         if (!format)

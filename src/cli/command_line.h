@@ -19,6 +19,7 @@ struct CommandLine {
     bool extended = false; // sbread --extended
     SbdFormat format = SbdFormat::HEX; // sbread --format
     bool help = false;
+    bool yes = false; // restore-cal --yes
 };
 
 // The arguments with the program name first. Throws CliError with kExitUsage on a command line

@@ -5,6 +5,7 @@
 
 #include <iosfwd>
 #include <string>
+#include <vector>
 
 namespace zv::cli {
 
@@ -28,5 +29,14 @@ struct SbReadRequest {
 void runSbRead(CliSession& session, const SbReadRequest& request, std::ostream& out);
 // capture-demo [FILE]: the capture of the attached device that demo mode runs from.
 void runCaptureDemo(CliSession& session, const std::string& file, std::ostream& out);
+
+// save-cal FILE: the device's calibration data to a .cal file.
+void runSaveCal(CliSession& session, const std::string& file, std::ostream& out);
+// restore-cal FILE [--yes]: a .cal file to the device and committed; a size mismatch goes on only
+// with --yes.
+void runRestoreCal(CliSession& session, const std::string& file, bool yes, std::ostream& out);
+// calibrate STEP ARGUMENTS...: one calibration step in calibration mode, then what the device
+// reports.
+void runCalibrate(CliSession& session, const std::vector<std::string>& arguments, std::ostream& out);
 
 } // namespace zv::cli

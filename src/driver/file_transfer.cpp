@@ -105,6 +105,7 @@ bool FileTransfer::PutFile(int file, const std::vector<std::uint8_t>& data)
         return false;
     const auto parts
         = demo_ ? std::vector<FilePart> { { 0, static_cast<int>(entry->FileLength()) } } : writeParts(*entry);
+    // A failed part ends the write: the parts after it would land beside a hole.
     bool ok = false;
     for (std::size_t i = 0; i < parts.size(); ++i) {
         FileRequest request;
@@ -118,6 +119,8 @@ bool FileTransfer::PutFile(int file, const std::vector<std::uint8_t>& data)
         request.data.assign(
             data.begin() + static_cast<std::ptrdiff_t>(from), data.begin() + static_cast<std::ptrdiff_t>(to));
         ok = files_.FileAccessRequest(request).ok;
+        if (!ok)
+            return false;
     }
     return ok;
 }
