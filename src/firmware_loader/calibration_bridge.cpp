@@ -1,11 +1,10 @@
 #include "firmware_loader/calibration_bridge.h"
 
+#include "calibration/cal_file.h"
+#include "calibration/calibration_data.h"
 #include "core/globals.h"
-#include "device_files/directory.h"
 #include "driver/cellweft.h"
 
-#include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -13,67 +12,39 @@ namespace zv {
 
 namespace {
 
-constexpr int kFirstFile = 24;
-constexpr int kSecondFile = 31;
-
-const clsDirectoryElements* entryOf(const clsCellWeft& driver, int file)
+CalFile calFileOf(const CalibrationTexts& texts)
 {
-    return driver.Directory.DirectoryElements.Item(file + 1);
+    return CalFile { texts.first, texts.second };
 }
 
-std::optional<std::vector<std::uint8_t>> bytesOf(const std::string& text)
+// Both lines as bytes; a missing second line is the default of 15 zero bytes.
+std::optional<CalibrationBytes> bytesOf(const CalibrationTexts& texts)
 {
-    if (text.size() % 2 != 0)
+    const auto first = calLineBytes(texts.first);
+    const auto second = calLineBytes(texts.second.value_or(std::string(kDefaultCalSecondLine)));
+    if (!first || !second)
         return std::nullopt;
-    std::vector<std::uint8_t> bytes;
-    for (std::size_t i = 0; i < text.size(); i += 2) {
-        unsigned value = 0;
-        if (std::sscanf(text.substr(i, 2).c_str(), "%2X", &value) != 1 || !std::isxdigit(text[i])
-            || !std::isxdigit(text[i + 1]))
-            return std::nullopt;
-        bytes.push_back(static_cast<std::uint8_t>(value));
-    }
-    return bytes;
+    return CalibrationBytes { *first, *second, texts.second.has_value() };
 }
 
 } // namespace
 
 std::optional<CalibrationTexts> readCalibrationTexts(clsCellWeft& driver, bool singleFile)
 {
-    CalibrationTexts texts;
-    auto first = driver.Transfer.readFile(kFirstFile);
-    if (!first)
+    const CalibrationRead read = readDeviceCalibration(driver, singleFile);
+    if (!read.file)
         return std::nullopt;
-    texts.first = std::move(*first);
-    if (!singleFile) {
-        texts.second = driver.Transfer.readFile(kSecondFile);
-        if (!texts.second)
-            return std::nullopt;
-    }
-    return texts;
+    return CalibrationTexts { read.file->firstLine, read.file->secondLine };
 }
 
 bool singleCalibrationFile(const AppGlobals& globals, const clsCellWeft& driver)
 {
-    const auto* entry = entryOf(driver, kSecondFile);
-    return globals.gFirmwareVersion == 6000 && entry && entry->FileChunk != 5;
+    return SingleCalFile(globals.gFirmwareVersion, driver.Directory);
 }
 
 std::string writeCalibrationFile(const std::string& path, const CalibrationTexts& texts)
 {
-    std::string text = texts.first + "\r\n";
-    if (texts.second)
-        text += *texts.second + "\r\n";
-    const std::string temporary = path + ".tmp";
-    {
-        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        out << text;
-        if (!out.flush())
-            return "The file " + path + " cannot be written.";
-    }
-    std::error_code error;
-    std::filesystem::rename(temporary, path, error);
-    return error ? error.message() : std::string();
+    return writeFileAtomically(path, formatCalFile(calFileOf(texts)));
 }
 
 std::optional<CalibrationTexts> readCalibrationFile(const std::string& path)
@@ -81,64 +52,47 @@ std::optional<CalibrationTexts> readCalibrationFile(const std::string& path)
     std::ifstream in(path, std::ios::binary);
     if (!in)
         return std::nullopt;
-    CalibrationTexts texts;
-    std::string line;
-    const auto strip = [](std::string& s) {
-        if (!s.empty() && s.back() == '\r')
-            s.pop_back();
-    };
-    std::getline(in, texts.first);
-    strip(texts.first);
-    if (std::getline(in, line)) {
-        strip(line);
-        texts.second = line;
-    }
-    return texts;
+    std::ostringstream text;
+    text << in.rdbuf();
+    const CalFile file = parseCalFile(text.str());
+    return CalibrationTexts { file.firstLine, file.secondLine };
 }
 
 bool calibrationMatchesDevice(const clsCellWeft& driver, const CalibrationTexts& texts)
 {
-    const auto* first = entryOf(driver, kFirstFile);
-    const auto* second = entryOf(driver, kSecondFile);
-    return first && second && texts.first.size() / 2 == first->FileSize
-        && texts.second.value_or("").size() / 2 == second->FileSize;
+    const auto bytes = bytesOf(texts);
+    return bytes && calibrationSizesMatch(driver.Directory, *bytes);
 }
 
 bool writeCalibrationToDevice(clsCellWeft& driver, const CalibrationTexts& texts)
 {
-    const auto first = bytesOf(texts.first);
-    if (!first || !driver.PutFile(kFirstFile, *first))
-        return false;
-    if (!texts.second)
-        return true;
-    const auto second = bytesOf(*texts.second);
-    return second && driver.PutFile(kSecondFile, *second);
+    const auto bytes = bytesOf(texts);
+    return bytes && writeDeviceCalibration(driver, *bytes);
 }
 
 const char* calibrationMismatchTitle()
 {
-    return "Warning!";
+    return caltext::kMismatchTitle;
 }
 
 const char* calibrationMismatchText()
 {
-    return "The calibration data structure you are trying to load does not match the device.\n"
-           "Loading this information may produce undesired results. Do you wish to continue?";
+    return caltext::kMismatch;
 }
 
 const char* calibrationDownloadErrorTitle()
 {
-    return "Error downloading file";
+    return caltext::kDownloadErrorTitle;
 }
 
 const char* calibrationDownloadErrorText()
 {
-    return "An error has occurred while downloading the calibration data.\nOperation aborted";
+    return caltext::kDownloadError;
 }
 
 const char* calibrationFilter()
 {
-    return "Calibration Files (*.cal)|*.cal|";
+    return caltext::kFilter;
 }
 
 } // namespace zv
