@@ -36,6 +36,10 @@ void dispatch(const CommandLine& line, CliSession& session, std::ostream& out)
         runRestoreCal(session, argument(0), line.yes, out);
     else if (line.command == "calibrate")
         runCalibrate(session, line.arguments, out);
+    else if (line.command == "firmware")
+        runFirmware(session, { argument(0), line.preserveCal, line.yes }, out, session.diagnostics());
+    else if (line.command == "sysinfo")
+        runSysinfo(session, out);
 }
 
 int failed(const CliError& error, const RunServices& services)

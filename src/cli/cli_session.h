@@ -35,6 +35,7 @@ struct LinkOptions {
     std::string usbDevice; // --usb: the adapter as the UsbAdapter setting names one
     bool demo = false; // --demo: run from the capture demo.ini in the program folder
     std::optional<int> address; // --address: 7-bit SMBus address; else [Setup] Address
+    bool acceptLoader = false; // a target in a loader state is connected, not refused (firmware)
 };
 
 // Makes the USB adapter that a UsbAdapter setting names (makeUsbAdapter).
@@ -78,6 +79,11 @@ public:
     // The boxes of the run and the stream of its messages (stderr).
     [[nodiscard]] platform::Dialogs& dialogs() { return s_.dialogs; }
     [[nodiscard]] std::ostream& diagnostics() { return s_.diagnostics; }
+    // What the firmware loader works with: gMain, the globals, the clock and the program folder.
+    [[nodiscard]] clsMain& main();
+    [[nodiscard]] AppGlobals& mutableGlobals() { return globals_; }
+    [[nodiscard]] platform::EventLoop& loop() { return s_.loop; }
+    [[nodiscard]] const std::string& programFolder() const { return s_.programFolder; }
 
 private:
     void readSetup();

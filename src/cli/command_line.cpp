@@ -31,6 +31,8 @@ constexpr std::array kCommands {
     CommandSpec { "calibrate", 1, 4,
         "calibrate current-offset | current-gain MILLIAMPS | temperature VALUE{C|K} | cell N LOW_MV "
         "HIGH_MV" },
+    CommandSpec { "firmware", 1, 1, "firmware FILE.enc [--preserve-cal FILE.cal] [--yes]" },
+    CommandSpec { "sysinfo", 0, 0, "sysinfo" },
 };
 
 constexpr const char* kDescription
@@ -60,6 +62,13 @@ Commands:
                        (the ambient temperature, e.g. 25C or 298K), cell N LOW_MV HIGH_MV
                        (two-point voltage calibration of cell N where the target offers it).
                        A negative value follows "--": calibrate current-gain -- -1000.
+  firmware FILE.enc    Load a firmware image: the system information, the image checked
+                       against the target, the download (progress on stderr), the reset
+                       wait, the verification and the system information again. Works on a
+                       target in its loader too. --preserve-cal FILE.cal (target 1001) saves
+                       the calibration to FILE.cal and carries it into the new firmware; it
+                       needs --yes, which answers the loader's questions with yes.
+  sysinfo              Print what the device reports about its images and the verification.
 
 The link: the HLK dongle on the port of the CommPort setting unless --port names another,
 or the USB adapter when --usb names one (or Zentavia.ini has Communications=1 and UsbAdapter):
@@ -69,7 +78,9 @@ folder (Zentavia.ini, configuration files) is --home, else ZENTAVIA_HOME, else t
 of the executable. Settings are read from ZENTAVIA_SETTINGS or the user's Zentavia.conf and
 never written.
 
-Exit status: 0 done, 1 the command failed (the reason is on stderr), 2 a usage error.)";
+Exit status: 0 done, 1 the command failed (the reason is on stderr), 2 a usage error;
+firmware and sysinfo also: 3 the image was refused (not a firmware file, invalid, or not
+for this target), 4 the download failed, 5 the verification failed.)";
 
 const CommandSpec* findCommand(const std::string& name)
 {
@@ -97,10 +108,13 @@ struct Options {
     QCommandLineOption format { "format", "sbread: HEX, UINT, SINT or STR.", "F" };
     QCommandLineOption extended { "extended", "sbread: keep the extended command set open." };
     QCommandLineOption yes { "yes", "restore-cal: go on when the file's sizes do not match the device." };
+    QCommandLineOption preserveCal { "preserve-cal",
+        "firmware: save the calibration to FILE.cal and restore it.", "FILE.cal" };
 
     void addTo(QCommandLineParser& parser) const
     {
-        parser.addOptions({ help, port, usb, demo, home, address, node, block, format, extended, yes });
+        parser.addOptions(
+            { help, port, usb, demo, home, address, node, block, format, extended, yes, preserveCal });
     }
 };
 
@@ -109,8 +123,9 @@ void configure(QCommandLineParser& parser, const Options& options)
     parser.setApplicationDescription(kDescription);
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     options.addTo(parser);
-    parser.addPositionalArgument(
-        "command", "detect, dir, read-file, get, sbread, capture-demo, save-cal, restore-cal or calibrate.");
+    parser.addPositionalArgument("command",
+        "detect, dir, read-file, get, sbread, capture-demo, save-cal, restore-cal, calibrate, firmware or "
+        "sysinfo.");
     parser.addPositionalArgument("arguments", "The command's arguments.", "[arguments...]");
 }
 
@@ -124,7 +139,9 @@ void checkCommandOptions(const QCommandLineParser& parser, const Options& option
     onlyFor(options.block, "sbread");
     onlyFor(options.format, "sbread");
     onlyFor(options.extended, "sbread");
-    onlyFor(options.yes, "restore-cal");
+    if (command != "firmware")
+        onlyFor(options.yes, "restore-cal");
+    onlyFor(options.preserveCal, "firmware");
     if (parser.isSet(options.port) && parser.isSet(options.usb))
         throw usage("--port and --usb name two links; give one.");
 }
@@ -185,6 +202,8 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     line.block = parser.isSet(options.block);
     line.extended = parser.isSet(options.extended);
     line.yes = parser.isSet(options.yes);
+    line.preserveCal = parser.value(options.preserveCal).toStdString();
+    line.link.acceptLoader = line.command == "firmware" || line.command == "sysinfo";
     if (parser.isSet(options.format)) {
         const auto format = parseSbdFormat(parser.value(options.format).toStdString());
         if (!format)

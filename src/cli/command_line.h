@@ -19,7 +19,8 @@ struct CommandLine {
     bool extended = false; // sbread --extended
     SbdFormat format = SbdFormat::HEX; // sbread --format
     bool help = false;
-    bool yes = false; // restore-cal --yes
+    bool yes = false; // restore-cal --yes, firmware --yes
+    std::string preserveCal; // firmware --preserve-cal
 };
 
 // The arguments with the program name first. Throws CliError with kExitUsage on a command line

@@ -69,7 +69,7 @@ SystemInformation readSystemInformation(clsCellWeft& driver, int hardwareState)
         const clsSMBusParameter* parameter = driver.GatewayParameters.FindByName(field.parameter);
         std::string shown;
         if (parameter)
-            shown = field.asText ? parameter->ToString(0, display) : parameter->value.toText(display.locale);
+            shown = field.asText ? parameter->ToString(3, display) : parameter->value.toText(display.locale);
         info.fields.emplace_back(field.control, shown);
     }
     info.verification = verificationCode(number("Application F File Version"), number("F File Version"));

@@ -18,7 +18,7 @@ class clsCellWeft;
 struct SystemInfoField {
     const char* parameter;
     const char* control;
-    bool asText; // the parameter's text with its unit, else its bare value
+    bool asText; // the parameter's hexadecimal text, else its value
 };
 
 inline constexpr std::array<SystemInfoField, 10> kSystemInfoFields { {
