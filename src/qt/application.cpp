@@ -179,7 +179,10 @@ clsMain& Application::createMain()
     services.splashStatus = [this](const std::string& text) { splash_.setStatus(text); };
     services.mainWindowActive
         = [this] { return activeForm_.get() != nullptr && activeForm_.get() == activeForm_.mainForm(); };
-    services.activeWindow = [] { return UnsolicitedTarget::Other; };
+    services.activeWindow = [this] {
+        return loader_ && activeForm_.get() == loader_.get() ? UnsolicitedTarget::BootStrapLoader
+                                                             : UnsolicitedTarget::Other;
+    };
     services.linkRecovered = [this] {
         if (access_)
             access_->GetUserLevelFromHardware();

@@ -43,6 +43,9 @@ TEST(CliFirmware, ExitCodesTellWhatBecameOfTheImage)
         { "good image from the loader", pack(0x1003, loader), { "firmware", kImage6000 }, 0,
             "After: ZK9470 Information (target 1003)\n  Hardware state:               0x0000\n",
             "Downloading block 3 of 3", application },
+        { "good image over the USB adapter", pack(0x1003, loader),
+            { "--usb", "socket:sim", "firmware", kImage6000 }, 0,
+            "  Verification:                 Verification completed OK (0)\n", "Complete", application },
         { "another target's image", pack(0x1002, application), { "firmware", kImage6000 }, 3, nullptr,
             "Invalid File Version: Error: File FW_0002_0000_6000_0719.enc is not compatible with this "
             "device.",
