@@ -52,6 +52,10 @@ void dispatch(const CommandLine& line, CliSession& session, std::ostream& out)
         runSet(session, argument(0), argument(1), line.node, out);
     else if (line.command == "commit")
         runCommit(session, out);
+    else if (line.command == "firmware")
+        runFirmware(session, { argument(0), line.preserveCal, line.yes }, out, session.diagnostics());
+    else if (line.command == "sysinfo")
+        runSysinfo(session, out);
 }
 
 int failed(const CliError& error, const RunServices& services)

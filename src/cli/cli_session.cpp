@@ -160,6 +160,12 @@ void CliSession::createDriver()
     };
 }
 
+clsMain& CliSession::main()
+{
+    connect();
+    return *main_;
+}
+
 TargetOperations CliSession::target()
 {
     return TargetOperations(driver());
@@ -193,7 +199,8 @@ void CliSession::openLink()
     const int state = ops.GetHardwareState();
     if (state == -1)
         throw communicationFailed(kCommunicationError);
-    if (state == kSystemLoaderState || state == kApplicationLoaderState) // a loader runs
+    if ((state == kSystemLoaderState || state == kApplicationLoaderState)
+        && !options_.acceptLoader) // a loader runs
         throw startupFault(faultHeadline(StartupFault::SystemLoader), state);
 }
 
@@ -313,13 +320,6 @@ void CliSession::redetect()
     (void)d.GetScaling();
     identified_ = directoryRead_ = configured_ = false;
     loadConfiguration();
-}
-
-clsMain& CliSession::main()
-{
-    if (!main_)
-        throw std::logic_error("the session has no driver before connect()");
-    return *main_;
 }
 
 clsCellWeft& CliSession::driver()

@@ -35,6 +35,7 @@ struct LinkOptions {
     std::string usbDevice; // --usb: the adapter as the UsbAdapter setting names one
     bool demo = false; // --demo: run from the capture demo.ini in the program folder
     std::optional<int> address; // --address: 7-bit SMBus address; else [Setup] Address
+    bool acceptLoader = false; // a target in a loader state is connected, not refused (firmware)
 };
 
 // Makes the USB adapter that a UsbAdapter setting names (makeUsbAdapter).

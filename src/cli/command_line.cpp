@@ -40,6 +40,8 @@ constexpr std::array kCommands {
     CommandSpec { "load-dataset", 1, 1, "load-dataset FILE.ppcsv" },
     CommandSpec { "set", 2, 2, "set NAME VALUE [--node N]" },
     CommandSpec { "commit", 0, 0, "commit" },
+    CommandSpec { "firmware", 1, 1, "firmware FILE.enc [--preserve-cal FILE.cal] [--yes]" },
+    CommandSpec { "sysinfo", 0, 0, "sysinfo" },
 };
 
 constexpr const char* kDescription
@@ -88,6 +90,14 @@ Commands:
                        The value waits in RAM until commit.
   commit               Commit the device's RAM to flash.
 
+  firmware FILE.enc    Load a firmware image: the system information, the image checked
+                       against the target, the download (progress on stderr), the reset
+                       wait, the verification and the system information again. Works on a
+                       target in its loader too. --preserve-cal FILE.cal (target 1001) saves
+                       the calibration to FILE.cal and carries it into the new firmware; it
+                       needs --yes, which answers the loader's questions with yes.
+  sysinfo              Print what the device reports about its images and the verification.
+
 Progress of the long commands goes to stderr when stderr is a terminal.
 
 The link: the HLK dongle on the port of the CommPort setting unless --port names another,
@@ -98,7 +108,9 @@ folder (Zentavia.ini, configuration files) is --home, else ZENTAVIA_HOME, else t
 of the executable. Settings are read from ZENTAVIA_SETTINGS or the user's Zentavia.conf and
 never written.
 
-Exit status: 0 done, 1 the command failed (the reason is on stderr), 2 a usage error.)";
+Exit status: 0 done, 1 the command failed (the reason is on stderr), 2 a usage error;
+firmware and sysinfo also: 3 the image was refused (not a firmware file, invalid, or not
+for this target), 4 the download failed, 5 the verification failed.)";
 
 const CommandSpec* findCommand(const std::string& name)
 {
@@ -127,6 +139,8 @@ struct Options {
     QCommandLineOption format { "format", "sbread: HEX, UINT, SINT or STR.", "F" };
     QCommandLineOption extended { "extended", "sbread: keep the extended command set open." };
     QCommandLineOption yes { "yes", "restore-cal: go on when the file's sizes do not match the device." };
+    QCommandLineOption preserveCal { "preserve-cal",
+        "firmware: save the calibration to FILE.cal and restore it.", "FILE.cal" };
     QCommandLineOption count { "count", "poll: number of samples.", "N" };
     QCommandLineOption rate { "rate", "poll: seconds between samples.", "S" };
     QCommandLineOption log { "log", "poll: write the CSV log to FILE.", "FILE" };
@@ -140,6 +154,7 @@ struct Options {
         parser.addOptions({ yes });
         parser.addOptions({ count, rate, log, comment, dlog, slog });
         parser.addOptions({ relearn });
+        parser.addOptions({ preserveCal });
     }
 };
 
@@ -164,10 +179,12 @@ void checkCommandOptions(const QCommandLineParser& parser, const Options& option
     onlyFor(options.block, "sbread");
     onlyFor(options.format, "sbread");
     onlyFor(options.extended, "sbread");
-    onlyFor(options.yes, "restore-cal");
     for (const auto* option :
         { &options.count, &options.rate, &options.log, &options.comment, &options.dlog, &options.slog })
         onlyFor(*option, "poll");
+    if (command != "firmware")
+        onlyFor(options.yes, "restore-cal");
+    onlyFor(options.preserveCal, "firmware");
     if (parser.isSet(options.port) && parser.isSet(options.usb))
         throw usage("--port and --usb name two links; give one.");
 }
@@ -245,6 +262,8 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     line.relearn = parser.isSet(options.relearn);
     line.extended = parser.isSet(options.extended);
     line.yes = parser.isSet(options.yes);
+    line.preserveCal = parser.value(options.preserveCal).toStdString();
+    line.link.acceptLoader = line.command == "firmware" || line.command == "sysinfo";
     if (parser.isSet(options.format)) {
         const auto format = parseSbdFormat(parser.value(options.format).toStdString());
         if (!format)

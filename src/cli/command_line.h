@@ -22,7 +22,8 @@ struct CommandLine {
     SbdFormat format = SbdFormat::HEX; // sbread --format
     PollRequest poll; // poll's options
     bool help = false;
-    bool yes = false; // restore-cal --yes
+    bool yes = false; // restore-cal --yes, firmware --yes
+    std::string preserveCal; // firmware --preserve-cal
 };
 
 // The arguments with the program name first. Throws CliError with kExitUsage on a command line

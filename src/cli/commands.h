@@ -67,4 +67,20 @@ void runSet(
 // commit: RAM to flash.
 void runCommit(CliSession& session, std::ostream& out);
 
+// Exit codes of firmware and sysinfo besides 0, 1 and 2.
+inline constexpr int kExitImageRefused = 3;
+inline constexpr int kExitDownloadFailed = 4;
+inline constexpr int kExitNotVerified = 5;
+struct FirmwareRequest {
+    std::string image; // FILE.enc
+    std::string preserveCal; // --preserve-cal FILE.cal: carry the calibration across (target 1001)
+    bool yes = false; // --yes: answer the questions with yes
+};
+// firmware FILE.enc: the system information, the image checked against the target, the download
+// with its progress on `progress`, the reset wait, the verification, the system information again.
+void runFirmware(
+    CliSession& session, const FirmwareRequest& request, std::ostream& out, std::ostream& progress);
+// sysinfo: what the device reports about its images, and the verification.
+void runSysinfo(CliSession& session, std::ostream& out);
+
 } // namespace zv::cli

@@ -143,6 +143,8 @@ void frmMain::loadMainForm(clsMain& main)
     showTargetLinks();
     showVoltageCalibration();
     sbStatusBar.setPanelText(kAlarmsPanel, smbusAddressText(g.gAddress7));
+    if (!g.gDemo && firmwareCheck)
+        firmwareCheck();
 }
 
 void frmMain::showTitle()

@@ -127,6 +127,9 @@ public:
     std::function<bool()> closeRequested;
     // Runs when the window unloads: the program ends.
     std::function<void()> onExit;
+    // The last step of LoadMainForm outside demo mode: the firmware loader's check of releases
+    // with a known issue.
+    std::function<void()> firmwareCheck;
 
     // File
     platform::ui::MenuItem mnuFile { "mnuFile" };

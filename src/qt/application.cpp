@@ -6,10 +6,13 @@
 #include "core/error_log.h"
 #include "core/paths.h"
 #include "driver/target_operations.h"
+#include "firmware_loader/firmware_check.h"
+#include "firmware_loader/frm_boot_strap_loader.h"
 #include "platform/desktop.h"
 #include "platform/ui/show_modal.h"
 #include "platform/ui/twips.h"
 #include "qt/connection_forms.h"
+#include "qt/loader_form.h"
 #include "qt/log_forms.h"
 #include "qt/main_form.h"
 #include "qt/splash_form.h"
@@ -20,6 +23,7 @@
 #include <QApplication>
 #include <QScreen>
 #include <QSystemTrayIcon>
+#include <QTimer>
 
 #include <clocale>
 
@@ -94,6 +98,8 @@ void Application::bindWindow(platform::ui::Window& window)
     auto form = makeFormFor(window.name());
     if (!form)
         form = makeConnectionForm(window.name());
+    if (!form)
+        form = makeLoaderFormFor(window.name());
     if (form)
         (void)binder_.bind(window, std::move(form));
 }
@@ -157,6 +163,7 @@ DetectionHooks Application::detectionHooks()
         return main_->CellWeft().Usb.usbReadWord(static_cast<std::uint8_t>(address8 >> 1), 0, high, low) == 0;
     };
     hooks.connectStep = [this] { reconnect(); };
+    hooks.openBootStrapLoader = [this] { openBootStrapLoader(); };
     return hooks;
 }
 
@@ -176,7 +183,10 @@ clsMain& Application::createMain()
     services.splashStatus = [this](const std::string& text) { splash_.setStatus(text); };
     services.mainWindowActive
         = [this] { return activeForm_.get() != nullptr && activeForm_.get() == activeForm_.mainForm(); };
-    services.activeWindow = [] { return UnsolicitedTarget::Other; };
+    services.activeWindow = [this] {
+        return loader_ && activeForm_.get() == loader_.get() ? UnsolicitedTarget::BootStrapLoader
+                                                             : UnsolicitedTarget::Other;
+    };
     services.linkRecovered = [this] {
         if (access_)
             access_->GetUserLevelFromHardware();
@@ -292,6 +302,13 @@ void Application::createMainForm()
         }) && closeMainWindow();
     };
     mainForm_->onExit = [this] { endProgram(); };
+    mainForm_->firmwareCheck = [this] {
+        (void)CheckFirmwareAtStartup(
+            { globals_, dialogs_, loop_, programFolder_, [this]() -> frmBootStrapLoader& {
+                 openBootStrapLoader();
+                 return *loader_;
+             } });
+    };
     wireMainMenus();
     auto form = makeMainForm(*mainForm_);
     dialogs_.setParent(form.get());
@@ -303,6 +320,7 @@ void Application::createMainForm()
 void Application::wireMainMenus()
 {
     frmMain& w = *mainForm_;
+    w.mnuBootstrapLoader.onClick = [this] { openBootStrapLoader(); };
     w.mnuChangeUserAccessLevel.onClick = [this] { access_->mnuChangeUserAccessLevel_Click(); };
     w.mnuAccessLevel.onClick = [this] { access_->mnuAccessLevel_Click(); };
     w.mnuConfigCommPort.onClick = [this] {
@@ -386,6 +404,7 @@ MainWindowAccess Application::mainWindowAccess()
     };
     access.SetMousePointer = [this](int pointer) { setMousePointer(pointer); };
     access.mnuConnect_Click = [this] { reconnect(); };
+    access.showBootStrapLoader = [this] { openBootStrapLoader(); };
     access.showModal = platform::ui::eventLoopModal(loop_);
     access.endSession = [this] { endSession(); };
     return access;
@@ -445,6 +464,7 @@ void Application::endProgram()
 void Application::releaseAll()
 {
     activeForm_.clear();
+    loader_.reset();
     if (logs_.hasModemLog())
         logs_.modemLog().unload();
     if (logs_.hasEventLog())
@@ -458,6 +478,70 @@ void Application::releaseAll()
         mainForm_->closeRequested = nullptr;
         mainForm_->unload();
     }
+}
+
+} // namespace zv::qt
+
+namespace zv::qt {
+
+BootStrapLoaderServices Application::loaderServices()
+{
+    LoaderServices loader { *main_, globals_, loop_, dialogs_, programFolder_ };
+    loader.logEvent = [this](const std::string& text) { logs_.LogEvent(text); };
+    loader.reportLoadError = [this](const std::string& description) {
+        (void)errors_.ReportError(
+            AppError { 53, description, "Zentavia" }, "BootStrapLoader", "cmdLoadImage_Click");
+    };
+    BootStrapLoaderServices services { std::move(loader), settings_ };
+    services.activeForm = &activeForm_;
+    services.mainWindowOpen = [this] { return mainFormLoaded(); };
+    services.enableMainWindow = [this](bool enabled) {
+        if (mainForm_)
+            mainForm_->setEnabled(enabled);
+    };
+    services.showMainWindow = [this] {
+        if (mainFormLoaded())
+            mainForm_->show();
+    };
+    services.restartApplication = [this] {
+        loaderClosing_ = true;
+        startup_.StartApplication();
+        loaderClosing_ = false;
+    };
+    services.loadMainForm = [this] {
+        if (!mainFormLoaded() || !main_)
+            return;
+        attachMonitor();
+        mainForm_->LoadMainForm(*main_);
+    };
+    services.updateDeviceBits = [this] {
+        if (monitor_)
+            monitor_->monitor().poll.UpdateDeviceBits();
+    };
+    services.exitApplication = [this] { endProgram(); };
+    services.setMousePointer = [this](int pointer) { setMousePointer(pointer); };
+    services.beep = [] { QApplication::beep(); };
+    return services;
+}
+
+void Application::openBootStrapLoader()
+{
+    if (!main_)
+        return;
+    if (loader_ && loader_->loaded()) {
+        loader_->show();
+        return;
+    }
+    if (loaderClosing_) {
+        // The start-up runs from the closing loader: the new one opens once that has ended.
+        QTimer::singleShot(0, QCoreApplication::instance(), [this] { openBootStrapLoader(); });
+        return;
+    }
+    loader_ = std::make_unique<frmBootStrapLoader>(loaderServices());
+    bindWindow(*loader_);
+    if (mainFormLoaded())
+        mainForm_->setEnabled(false);
+    loader_->show();
 }
 
 } // namespace zv::qt

@@ -27,6 +27,11 @@
 #include <string>
 #include <vector>
 
+namespace zv {
+class frmBootStrapLoader;
+struct BootStrapLoaderServices;
+} // namespace zv
+
 namespace zv::qt {
 
 class Application {
@@ -66,6 +71,9 @@ private:
     void endSession();
     void endProgram();
     void releaseAll();
+    // frmBootStrapLoader: from the menu, the splash, a loader state at start-up and /bootloader.
+    void openBootStrapLoader();
+    [[nodiscard]] BootStrapLoaderServices loaderServices();
 
     std::vector<std::string> arguments_;
     std::string programFolder_;
@@ -89,6 +97,8 @@ private:
     std::unique_ptr<MonitorWiring> monitor_; // the live monitor of mainForm_ over main_
     frmSplash splash_;
     Startup startup_;
+    std::unique_ptr<frmBootStrapLoader> loader_; // made anew at each opening
+    bool loaderClosing_ = false; // the loader's close runs the start-up again
 };
 
 } // namespace zv::qt
