@@ -147,6 +147,9 @@ CalibrationCommandHooks MonitorWiring::calibrationHooks()
         if (auto form = makeCalibrationFormFor(window))
             (void)s_.binder.bind(window, std::move(form));
     };
+    return hooks;
+}
+
 // The pack configuration flows on the monitor, the device commands and the start-up's splash; the
 // new detection after a load is the application's reload.
 PackFlowHooks MonitorWiring::packHooks()
