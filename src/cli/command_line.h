@@ -15,6 +15,7 @@ struct CommandLine {
     std::string command; // empty with --help
     std::vector<std::string> arguments;
     int node = 0; // get --node
+    bool raw = false; // get --raw
     bool block = false; // sbread --block
     bool extended = false; // sbread --extended
     SbdFormat format = SbdFormat::HEX; // sbread --format
