@@ -11,6 +11,8 @@
 #include "monitor/poll_cycle.h"
 #include "monitor/unexpected_error.h"
 
+#include <utility>
+
 namespace zv {
 
 namespace {
@@ -57,9 +59,8 @@ void ParameterEdits::editRow(ListView& list, const std::string& key, bool proper
     const EditResult outcome = hooks.editParameter(*parameter, node(property));
     const bool pending = hasNewValue(*parameter);
     if (pending && outcome.autoWrite) {
+        commitAfterWrite_ = true;
         mnuWritePendingChanges();
-        if (c_.main.CellWeft().Parameters.ParametersWritten)
-            poll_.runOrDefer(PendingCommand::Commit);
         return;
     }
     list.setSubItem(key, 1, editedValueText(*parameter, c_.main.CellWeft().Parameters.display));
@@ -73,7 +74,6 @@ void ParameterEdits::mnuWritePendingChanges()
     if (hooks.isTheDeviceWired && !hooks.isTheDeviceWired())
         return;
     poll_.runOrDefer(PendingCommand::WritePendingChanges);
-    showCommitHint();
 }
 
 void ParameterEdits::showCommitHint()
@@ -100,12 +100,21 @@ void ParameterEdits::WritePendingChanges()
         (void)c_.errors->ReportError(unexpectedError(e), "frmMain", "WritePendingChanges");
     }
     pointer(kDefaultPointer);
+    // While polling the write runs on a later tick: the commit entries follow it from here, once
+    // the driver knows whether anything waits for the commit.
+    const bool commitNow = std::exchange(commitAfterWrite_, false);
+    if (!commitNow) {
+        showCommitHint();
+    } else if (c_.main.CellWeft().Parameters.ParametersWritten) {
+        poll_.runOrDefer(PendingCommand::Commit);
+    }
 }
 
 void ParameterEdits::writePending()
 {
     clsCellWeft& driver = c_.main.CellWeft();
     const int cell = c_.globals.CurrentNode;
+    const int refusals = c_.form.FileAccessErrors;
     for (clsSMBusParameter& parameter : tabs_.parametersOf(cell)) {
         if (!hasNewValue(parameter))
             continue;
@@ -116,6 +125,9 @@ void ParameterEdits::writePending()
     }
     (void)driver.GetScaling();
     tabs_.LoadTabs();
+    // The read-backs have logged over the panel since: the device's reason stays in view.
+    if (c_.form.FileAccessErrors != refusals)
+        c_.form.sbStatusBar.setPanelText(kInfoPanel, c_.form.LastFileAccessError);
 }
 
 void ParameterEdits::revert(ListView& list, const std::string& key, bool property)
