@@ -91,6 +91,7 @@ void ParameterEdits::showCommitHint()
 
 void ParameterEdits::WritePendingChanges()
 {
+    const int refusals = c_.form.FileAccessErrors;
     pointer(kHourglass);
     try {
         writePending();
@@ -108,13 +109,16 @@ void ParameterEdits::WritePendingChanges()
     } else if (c_.main.CellWeft().Parameters.ParametersWritten) {
         poll_.runOrDefer(PendingCommand::Commit);
     }
+    // The read-backs and the hint have written over the panel since: the device's reason for a
+    // refusal stays in view.
+    if (c_.form.FileAccessErrors != refusals)
+        c_.form.sbStatusBar.setPanelText(kInfoPanel, c_.form.LastFileAccessError);
 }
 
 void ParameterEdits::writePending()
 {
     clsCellWeft& driver = c_.main.CellWeft();
     const int cell = c_.globals.CurrentNode;
-    const int refusals = c_.form.FileAccessErrors;
     for (clsSMBusParameter& parameter : tabs_.parametersOf(cell)) {
         if (!hasNewValue(parameter))
             continue;
@@ -125,9 +129,6 @@ void ParameterEdits::writePending()
     }
     (void)driver.GetScaling();
     tabs_.LoadTabs();
-    // The read-backs have logged over the panel since: the device's reason stays in view.
-    if (c_.form.FileAccessErrors != refusals)
-        c_.form.sbStatusBar.setPanelText(kInfoPanel, c_.form.LastFileAccessError);
 }
 
 void ParameterEdits::revert(ListView& list, const std::string& key, bool property)

@@ -129,6 +129,10 @@ TEST_F(ParameterEditsTest, AWriteTheDeviceRefusesTellsTheUserWhy)
 {
     const double before = sleep->value.number();
     rig.h.pack->model().access.setLevel(1); // the pack sealed again behind the window's back
+    // Without a tray notifications land in the panel "Info", the commit hint among them.
+    rig.h.dialogs.onNotify = [this](const std::string& title, const std::string& text) {
+        rig.form->NotifyInStatusBar(title, text);
+    };
     typed = before + 4;
     doubleClick(*sleep);
     rig.form->mnuWritePendingChanges.click();
@@ -147,7 +151,7 @@ TEST_F(ParameterEditsTest, AWriteTheDeviceRefusesTellsTheUserWhy)
     rig.h.pack->model().access.setLevel(3);
     rig.h.pack->faults().forcedStatus = 15;
     (void)rig.h.driver().ReadParameter(sleep->ParameterName, 0);
-    EXPECT_EQ(rig.info(), "This file is read-only");
+    EXPECT_NE(rig.info().find("This file is read-only"), std::string::npos);
     EXPECT_EQ(rig.form->FileAccessErrors, 3) << "the count runs on";
 }
 
