@@ -60,6 +60,10 @@ void Monitor::wireLoadSteps()
     steps.tabs = [this] {
         tabs.loadTabCaptions();
         panes.buildRows();
+        // Without demo mode the level read has made the rows of the parameter lists; in demo mode
+        // it stops at level 2 before, so they are made here for the poll to fill.
+        if (context.globals.gDemo)
+            tabs.LoadTabs();
     };
     steps.pollRate = [this] {
         poll.fillPollRate();

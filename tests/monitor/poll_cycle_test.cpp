@@ -331,5 +331,16 @@ TEST_F(PollCycleTest, TheBatteryModeTimerRunsWithAlarmModeAndAsksAPollForTheComm
     EXPECT_FALSE(poll.tmrBatteryMode().enabled()) << "the USB adapter has no such timer";
 }
 
+TEST(DemoPoll, TheDemoStartMakesTheRowsThatThePollFills)
+{
+    MonitorRig rig;
+    ASSERT_TRUE(rig.h.connect());
+    rig.h.globals.gNodeCount = static_cast<std::uint8_t>(rig.h.driver().nodes.Count());
+    rig.h.globals.gDemo = true; // level 2 without a level read
+    rig.h.main().UserAccessLevel() = 2;
+    rig.form->LoadMainForm(rig.h.main());
+    EXPECT_GT(rig.form->lvParameters.at(0).rowCount(), 10) << "the Dynamic tab has its rows";
+}
+
 } // namespace
 } // namespace zv
