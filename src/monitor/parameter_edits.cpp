@@ -71,8 +71,10 @@ void ParameterEdits::editRow(ListView& list, const std::string& key, bool proper
 
 void ParameterEdits::mnuWritePendingChanges()
 {
-    if (hooks.isTheDeviceWired && !hooks.isTheDeviceWired())
+    if (hooks.isTheDeviceWired && !hooks.isTheDeviceWired()) {
+        commitAfterWrite_ = false;
         return;
+    }
     poll_.runOrDefer(PendingCommand::WritePendingChanges);
 }
 
