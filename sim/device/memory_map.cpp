@@ -61,7 +61,7 @@ std::vector<FileSpec> fileTable(int cells)
         f(5, "State", 0, 15, 2, false, P::Volatile, 2, 44, 128),
         f(6, "CellConfig", 1, 2, 2, true, P::Committed, 2, 0, 64),
         f(7, "History", 0, 15, 2, false, P::Direct, 2, 0, 128),
-        f(8, "Identity", 0, 2, 5, true, P::Committed, 32, 96, 64),
+        f(8, "Identity", 0, 2, 5, true, P::Committed, 32, 96, 48), // a limit of one and a half records
         f(9, "Config", 0, 2, 2, true, P::Committed, 2, 16, 128),
         f(10, "Protection", 1, 2, 2, true, P::Committed, 2, 22, 128),
         f(11, "GatewayInfo", 0, 15, 2, false, P::Volatile, 2, 44, 128),
@@ -212,6 +212,15 @@ void dynamicFile(ParamBuilder& b)
     b.add(1, "Cycle Count", Unsigned, 1, "", Dynamic, 17);
     b.add(1, "Average Time to Empty", Unsigned, 1, "min", Dynamic, 65535);
     b.add(1, "Average Time to Full", Unsigned, 1, "min", Dynamic, 65535);
+}
+
+// Every value of the dynamic file changes from one poll to the next: the application redraws
+// exactly the rows whose multiplier is 1 after each sample.
+void markPolled(std::vector<ParamSpec>& list)
+{
+    for (ParamSpec& p : list)
+        if (p.file == 1)
+            p.offsetMultiplier = 1;
 }
 
 Bits alertBits(std::initializer_list<std::string> named)
@@ -448,6 +457,7 @@ MemoryMap buildMemoryMap(const TargetProfile& target, int cells)
 
     ParamBuilder gateway(map.files, map.gateway);
     dynamicFile(gateway);
+    markPolled(map.gateway);
     stateFile(gateway, target);
     configurationFiles(gateway, target, map.cells);
     identityFiles(gateway, target);

@@ -145,19 +145,21 @@ FileResult PackFileServer::writeConfig(int offset, std::span<const std::uint8_t>
 FileResult PackFileServer::writeData(int file, int offset, int count, std::span<const std::uint8_t> data)
 {
     const FileSpec& spec = *model_.map.file(file);
+    if (file == CommandFileNumber) {
+        // A command is its word and argument; bytes beyond them (the rebuild request sends six)
+        // are taken and ignored.
+        if (count != 2 || offset != 0 || data.size() < 4)
+            return { StatusCannotDo, 0, 0 };
+        std::copy_n(data.begin(), 4, model_.files.bytes(file).begin());
+        return commands_.execute(static_cast<std::uint16_t>(data[0] | (data[1] << 8)),
+            static_cast<std::uint16_t>(data[2] | (data[3] << 8)));
+    }
     if (static_cast<int>(data.size()) != count * spec.chunk)
         return { StatusCannotDo, 0, 0 };
     if (file == LoginFile) {
         (void)model_.access.login(data);
         model_.publishState();
         return { StatusOk, 0, FlashBusyMs };
-    }
-    if (file == CommandFileNumber) {
-        if (count != 2 || offset != 0)
-            return { StatusCannotDo, 0, 0 };
-        std::copy(data.begin(), data.end(), model_.files.bytes(file).begin());
-        return commands_.execute(static_cast<std::uint16_t>(data[0] | (data[1] << 8)),
-            static_cast<std::uint16_t>(data[2] | (data[3] << 8)));
     }
     if (file == ConfigFile)
         return writeConfig(offset, data);

@@ -12,20 +12,22 @@ namespace zvsim {
 namespace {
 
 constexpr std::size_t kMaxLine = 1024; // a longer line without CR overruns the dongle's buffer
-constexpr int kStuckPairs = 30;
+// A block read of a bus held high: the count byte reads 0xFF, then 255 data bytes and the PEC.
+constexpr int kStuckBlockBytes = 1 + 255 + 1;
 
 std::string answer(std::string_view message)
 {
     return std::string(message) + "\r\n*";
 }
 
-// A bus held high reads as thirty bytes 0xFF.
-std::string stuckAnswer()
+// A bus held high: no one can pull SDA low, so every bit the dongle reads is a one. A read gives
+// all-ones data whose PEC byte (0xFF too) does not match it.
+std::string stuckRead(int count)
 {
     std::string pairs;
-    for (int i = 0; i < kStuckPairs; ++i)
+    for (int i = 0; i < (count > 0 ? count : kStuckBlockBytes); ++i)
         pairs += "~FF";
-    return answer(pairs);
+    return answer("/MRC" + pairs);
 }
 
 const std::string kPrompt = "*";
@@ -204,7 +206,7 @@ std::string HlkDongle::transmit(std::string_view hexText, bool withStop)
     if (!bytes || bytes->empty() || (!withStop && bytes->size() != 1))
         return kUnknown;
     if (dice_.roll(options_.faults.stuckRate))
-        return stuckAnswer();
+        return kNoAck; // the acknowledge bit reads high as well
     if (!addressedTargetAnswers())
         return kNoAck;
     const bool acknowledged
@@ -224,7 +226,7 @@ std::string HlkDongle::read(std::string_view countText)
     if (!count)
         return kUnknown;
     if (dice_.roll(options_.faults.stuckRate))
-        return stuckAnswer();
+        return stuckRead(*count);
     if (!addressedTargetAnswers())
         return kNoAck;
     auto data = target_.masterRead(*count);

@@ -23,7 +23,7 @@ void dispatch(const CommandLine& line, CliSession& session, std::ostream& out)
     else if (line.command == "read-file")
         runReadFile(session, parseNumber(argument(0), "The file number", 0, 255), out);
     else if (line.command == "get")
-        runGet(session, argument(0), line.node, out);
+        runGet(session, argument(0), line.node, line.raw, out);
     else if (line.command == "sbread")
         runSbRead(session,
             { parseNumber(argument(0), "The SMBus command", 0, 255), line.block, line.format, line.extended },

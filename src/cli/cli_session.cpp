@@ -245,8 +245,12 @@ void CliSession::identify()
     d.Config.GatewayConfigFileName = gatewayConfigFile(*record, s_.programFolder);
     d.Config.NodeConfigFileName = nodeConfigFile(*record, s_.programFolder);
     if (!globals_.gDemo && globals_.gTargetID == "1003")
-        if (const int level = target().GetAccessLevel(); level >= 0)
-            rejectSealed(level);
+        if (const int level = target().GetAccessLevel(); level >= 0) {
+            if (options_.password)
+                (void)unseal(level);
+            else
+                rejectSealed(level);
+        }
     identified_ = true;
 }
 
@@ -274,8 +278,12 @@ void CliSession::loadConfiguration()
         (void)d.GetFile(file, text);
     const int level = static_cast<int>(gatewayNumber(d, "Access Level").value_or(-1));
     d.Parameters.UserAccessLevel = level;
-    if (globals_.gTargetID == "1001" || globals_.gTargetID == "1002")
-        rejectSealed(level);
+    if (globals_.gTargetID == "1001" || globals_.gTargetID == "1002") {
+        if (options_.password)
+            d.Parameters.UserAccessLevel = unseal(level);
+        else
+            rejectSealed(level);
+    }
     readTargetGlobals(d, globals_);
     d.Link.Status = 0;
     (void)d.RebuildLAN(true);

@@ -36,6 +36,7 @@ struct LinkOptions {
     bool demo = false; // --demo: run from the capture demo.ini in the program folder
     std::optional<int> address; // --address: 7-bit SMBus address; else [Setup] Address
     bool acceptLoader = false; // a target in a loader state is connected, not refused (firmware)
+    std::optional<std::string> password; // --password or ZENTAVIA_PASSWORD: opens a sealed pack
 };
 
 // Makes the USB adapter that a UsbAdapter setting names (makeUsbAdapter).
@@ -101,6 +102,9 @@ private:
     [[nodiscard]] TargetOperations target();
     [[nodiscard]] DemoFileSource loadCapture() const;
     [[nodiscard]] std::string demoTargetId() const;
+    // A sealed level (0 or 1) ends the run, unless a password was given: then the login of the
+    // login window runs and its level is the session's (cli_login.cpp).
+    [[nodiscard]] int unseal(int level);
 
     SessionServices s_;
     LinkOptions options_;

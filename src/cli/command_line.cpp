@@ -7,6 +7,7 @@
 
 #include <array>
 #include <charconv>
+#include <cstdlib>
 
 namespace zv::cli {
 
@@ -23,7 +24,7 @@ constexpr std::array kCommands {
     CommandSpec { "detect", 0, 0, "detect" },
     CommandSpec { "dir", 0, 0, "dir" },
     CommandSpec { "read-file", 1, 1, "read-file N" },
-    CommandSpec { "get", 1, 1, "get NAME [--node N]" },
+    CommandSpec { "get", 1, 1, "get NAME [--node N] [--raw]" },
     CommandSpec { "sbread", 1, 1, "sbread CMD [--block] [--format F] [--extended]" },
     CommandSpec { "capture-demo", 0, 1, "capture-demo [FILE]" },
     CommandSpec { "save-cal", 1, 1, "save-cal FILE.cal" },
@@ -55,6 +56,9 @@ Commands:
   read-file N          Print device file N as upper-case hex, one record a line.
   get NAME             Read parameter NAME from the device and print its value and unit.
                        --node N reads it for cell N (0, the default, is the gateway).
+                       The value is shown as the main window shows it (bit-encoded words
+                       in hex, the manufacture date as MM/DD/YYYY); --raw prints the
+                       number as read.
   sbread CMD           SMBus read of command CMD (decimal, or hex with 0x) as a word, or
                        with --block as a block; --format HEX|UINT|SINT|STR (default HEX).
                        The read goes with the extended command set closed, as the smart-
@@ -103,7 +107,9 @@ Progress of the long commands goes to stderr when stderr is a terminal.
 The link: the HLK dongle on the port of the CommPort setting unless --port names another,
 or the USB adapter when --usb names one (or Zentavia.ini has Communications=1 and UsbAdapter):
 socket:PATH (the simulator's adapter socket), i2c:NAME (the i2c-dev bus of the adapter whose
-name holds NAME, such as CP2112) or /dev/i2c-N. --demo runs from demo.ini without hardware. The program
+name holds NAME, such as CP2112) or /dev/i2c-N. --demo runs from demo.ini without hardware.
+A sealed pack is opened with --password TEXT (or the ZENTAVIA_PASSWORD environment variable),
+as the login window does. The program
 folder (Zentavia.ini, configuration files) is --home, else ZENTAVIA_HOME, else the folder
 of the executable. Settings are read from ZENTAVIA_SETTINGS or the user's Zentavia.conf and
 never written.
@@ -135,6 +141,8 @@ struct Options {
         "N" };
     QCommandLineOption node { "node", "get, set: cell N; 0 is the gateway.", "N" };
     QCommandLineOption relearn { "relearn", "load-config: initialize with relearn." };
+    QCommandLineOption raw { "raw", "get: the number as read, not the display text." };
+    QCommandLineOption password { "password", "Log in to a sealed pack with this password.", "TEXT" };
     QCommandLineOption block { "block", "sbread: read a block instead of a word." };
     QCommandLineOption format { "format", "sbread: HEX, UINT, SINT or STR.", "F" };
     QCommandLineOption extended { "extended", "sbread: keep the extended command set open." };
@@ -155,6 +163,7 @@ struct Options {
         parser.addOptions({ count, rate, log, comment, dlog, slog });
         parser.addOptions({ relearn });
         parser.addOptions({ preserveCal });
+        parser.addOptions({ raw, password });
     }
 };
 
@@ -176,6 +185,7 @@ void checkCommandOptions(const QCommandLineParser& parser, const Options& option
     if (parser.isSet(options.node) && command != "get" && command != "set")
         throw usage("--node belongs to get and set.");
     onlyFor(options.relearn, "load-config");
+    onlyFor(options.raw, "get");
     onlyFor(options.block, "sbread");
     onlyFor(options.format, "sbread");
     onlyFor(options.extended, "sbread");
@@ -220,12 +230,40 @@ int parseNumber(const std::string& text, const std::string& what, int lowest, in
     return value;
 }
 
+// "-1" is a negative number, not option "1": such arguments go after "--", where the parser takes
+// them as arguments, unless they are the value of the option before them.
+QStringList argumentList(const std::vector<std::string>& arguments, const Options& options)
+{
+    const auto takesValue = [&](const std::string& argument) {
+        if (argument.size() < 2 || argument[0] != '-' || argument.find('=') != std::string::npos)
+            return false;
+        const QString name = QString::fromStdString(argument.substr(argument.find_first_not_of('-')));
+        for (const auto* option : { &options.port, &options.usb, &options.home, &options.address,
+                 &options.node, &options.password, &options.format })
+            if (option->names().contains(name))
+                return true;
+        return false;
+    };
+    const auto negativeNumber = [](const std::string& argument) {
+        return argument.size() > 1 && argument[0] == '-'
+            && argument.find_first_not_of("0123456789", 1) == std::string::npos;
+    };
+    QStringList list;
+    QStringList numbers;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const bool value = i > 1 && takesValue(arguments[i - 1]);
+        (i > 0 && !value && negativeNumber(arguments[i]) ? numbers : list)
+            << QString::fromStdString(arguments[i]);
+    }
+    if (!numbers.isEmpty())
+        list << "--" << numbers;
+    return list;
+}
+
 CommandLine parseCommandLine(const std::vector<std::string>& arguments)
 {
-    QStringList list;
-    for (const auto& argument : arguments)
-        list << QString::fromStdString(argument);
     const Options options;
+    const QStringList list = argumentList(arguments, options);
     QCommandLineParser parser;
     configure(parser, options);
     if (!parser.parse(list))
@@ -258,6 +296,11 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
         line.link.address = parseNumber(parser.value(options.address).toStdString(), "--address", 1, 127);
     if (parser.isSet(options.node))
         line.node = parseNumber(parser.value(options.node).toStdString(), "--node", 0, 255);
+    line.raw = parser.isSet(options.raw);
+    if (parser.isSet(options.password))
+        line.link.password = parser.value(options.password).toStdString();
+    else if (const char* password = std::getenv("ZENTAVIA_PASSWORD"); password && *password)
+        line.link.password = password;
     line.block = parser.isSet(options.block);
     line.relearn = parser.isSet(options.relearn);
     line.extended = parser.isSet(options.extended);

@@ -17,6 +17,7 @@ struct CommandLine {
     std::vector<std::string> arguments;
     int node = 0; // get, set --node
     bool relearn = false; // load-config --relearn
+    bool raw = false; // get --raw
     bool block = false; // sbread --block
     bool extended = false; // sbread --extended
     SbdFormat format = SbdFormat::HEX; // sbread --format

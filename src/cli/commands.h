@@ -18,8 +18,10 @@ void runDetect(CliSession& session, std::ostream& out);
 void runDir(CliSession& session, std::ostream& out);
 // read-file N: device file N as upper-case hex text, one record a line.
 void runReadFile(CliSession& session, int file, std::ostream& out);
-// get NAME [--node N]: one parameter read from the device; node 0 is the gateway.
-void runGet(CliSession& session, const std::string& name, int node, std::ostream& out);
+// get NAME [--node N] [--raw]: one parameter read from the device; node 0 is the gateway. The
+// value as the main window shows it (bit-encoded words in hex, the manufacture date as a date),
+// or with `raw` the number as read.
+void runGet(CliSession& session, const std::string& name, int node, bool raw, std::ostream& out);
 struct SbReadRequest {
     int command = 0;
     bool block = false;

@@ -29,13 +29,13 @@ void runDetect(CliSession& session, std::ostream& out)
     session.detect();
     printTarget(session, out);
     out << '\n';
-    printDirectoryTable(session.driver().Directory.DirectoryElements, out);
+    printDirectoryTable(session.driver().Directory.RecordsRead, out);
 }
 
 void runDir(CliSession& session, std::ostream& out)
 {
     session.readDirectory();
-    printDirectoryTable(session.driver().Directory.DirectoryElements, out);
+    printDirectoryTable(session.driver().Directory.RecordsRead, out);
 }
 
 void runReadFile(CliSession& session, int file, std::ostream& out)

@@ -14,11 +14,11 @@ constexpr const char* kHeader
 
 } // namespace
 
-void printDirectoryTable(const DirectoryElements& directory, std::ostream& out)
+void printDirectoryTable(const std::vector<clsDirectoryElements>& records, std::ostream& out)
 {
     out << kHeader << '\n';
     int position = 0;
-    for (const auto& entry : directory) {
+    for (const auto& entry : records) {
         // Position n + 1 describes file n.
         char line[160];
         std::snprintf(line, sizeof line, "%4d  %-11s  0x%04X  0x%04X  %5u  %5u  %6u  0x%04X    %7u  %8u",

@@ -4,6 +4,9 @@
 #include "cli/cli_session.h"
 #include "cli/commands.h"
 #include "driver/file_transfer.h"
+#include "monitor/list_values.h"
+#include "outputs/pack_summary.h"
+#include "params/number_text.h"
 
 #include <ostream>
 
@@ -21,9 +24,18 @@ ParameterList& parameterList(clsCellWeft& driver, int node)
     return driver.nodes.Item(node)->NodeParameters;
 }
 
+// The value column of the main window's lists; the manufacture date as the pack summary writes it.
+std::string displayText(const clsSMBusParameter& parameter, const DisplaySettings& display)
+{
+    if (toLower(parameter.ParameterName) == "manufacture date")
+        if (const auto word = parameter.value.asNumber(display.locale); word && *word > 0)
+            return packedDateText(static_cast<unsigned>(*word));
+    return storedValueText(parameter, display, tabValueMode(parameter));
+}
+
 } // namespace
 
-void runGet(CliSession& session, const std::string& name, int node, std::ostream& out)
+void runGet(CliSession& session, const std::string& name, int node, bool raw, std::ostream& out)
 {
     session.loadConfiguration();
     auto& driver = session.driver();
@@ -36,7 +48,8 @@ void runGet(CliSession& session, const std::string& name, int node, std::ostream
         throw CliError("Reading \"" + parameter->ParameterName + "\" failed.");
     if (node > 0 && !isPerNodeFile(parameter->FileNumber))
         driver.Transfer.applyValue(*parameter, text);
-    std::string value = parameter->ToString(0, driver.Parameters.display);
+    const DisplaySettings& display = driver.Parameters.display;
+    std::string value = raw ? parameter->value.toText(display.locale) : displayText(*parameter, display);
     value.erase(value.find_last_not_of(' ') + 1); // a parameter without a unit
     out << parameter->ParameterName << ": " << value << '\n';
 }

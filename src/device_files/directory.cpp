@@ -35,6 +35,7 @@ std::vector<std::uint8_t> hexToBytes(std::string_view hex)
 bool oDirectory::GetDir(FileProtocol& files, CellWeftEvents& events, const DemoCapture& capture)
 {
     DirectoryElements.Clear();
+    RecordsRead.clear();
     const auto readRecord = [&](int index) -> std::optional<clsDirectoryElements> {
         FileRequest request;
         request.file = 0;
@@ -45,7 +46,10 @@ bool oDirectory::GetDir(FileProtocol& files, CellWeftEvents& events, const DemoC
             return std::nullopt;
         if (capture)
             capture("Dir" + std::to_string(index), reply.text);
-        return parseDirectoryRecord(hexToBytes(reply.text));
+        auto parsed = parseDirectoryRecord(hexToBytes(reply.text));
+        if (parsed)
+            RecordsRead.push_back(*parsed);
+        return parsed;
     };
 
     const auto first = readRecord(0);

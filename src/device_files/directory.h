@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace zv {
 
@@ -64,6 +65,8 @@ public:
     // capture each raw record also goes to it as "Dir<i>". False on a failed read, the entries
     // read so far kept.
     [[nodiscard]] bool GetDir(FileProtocol& files, CellWeftEvents& events, const DemoCapture& capture = {});
+    // Every record the last GetDir read, in the device's order, those named "Error" too.
+    std::vector<clsDirectoryElements> RecordsRead;
 };
 
 [[nodiscard]] std::vector<std::uint8_t> hexToBytes(std::string_view hex);

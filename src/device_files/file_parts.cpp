@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 namespace zv {
 
@@ -12,14 +13,12 @@ std::vector<FilePart> split(const clsDirectoryElements& entry, double recordSize
     const int length = static_cast<int>(entry.FileLength());
     if (entry.FileSize <= entry.FileMaxBytes || entry.FileMaxBytes == 0 || recordSize <= 0)
         return { { 0, length } };
+    // Whole records only: a limit that is not a multiple of the record size leaves its rest unused.
     const int perPart
         = std::max(1, static_cast<int>(entry.FileMaxBytes / static_cast<std::uint32_t>(recordSize)));
-    const int parts = static_cast<int>((entry.FileSize + entry.FileMaxBytes - 1) / entry.FileMaxBytes);
     std::vector<FilePart> result;
-    for (int i = 0; i < parts; ++i) {
-        const bool full = static_cast<double>(length) / (perPart * (i + 1)) >= 1.0;
-        result.push_back({ i * perPart, full ? perPart : length % perPart });
-    }
+    for (int first = 0; first < length; first += perPart)
+        result.push_back({ first, std::min(perPart, length - first) });
     return result;
 }
 

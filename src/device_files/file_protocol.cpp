@@ -16,7 +16,7 @@ namespace zv {
 
 namespace {
 
-constexpr int kAttempts = 11; // a step gives up after the eleventh attempt
+constexpr int kAttempts = 11; // the eleventh attempt of a step counts as failed
 constexpr int kExtraBytePauseMs = 250;
 constexpr int kIdlePauseMs = 10;
 constexpr int kResetRounds = 16;
@@ -63,8 +63,9 @@ std::vector<std::uint8_t> FileProtocol::requestBlock(const FileRequest& r) const
 bool FileProtocol::sendWithRetries(const std::string& line, const std::string& expected, int segments,
     const char* stepName, std::string& reply)
 {
-    for (int attempt = 0; attempt < kAttempts; ++attempt) {
-        if (s_.link.i2c_send_receive(line, expected, reply, segments))
+    for (int attempt = 1; attempt <= kAttempts; ++attempt) {
+        // The step fails once all eleven attempts were used, even when the last one answered.
+        if (s_.link.i2c_send_receive(line, expected, reply, segments) && attempt < kAttempts)
             return true;
         if (s_.breakOnError)
             s_.dialogs.messageBox(
@@ -144,7 +145,7 @@ FileProtocol::Status FileProtocol::FileStatus(const FileRequest& request)
             return {};
         s_.loop.sleep(settings_.T_cmd_to_sts);
         Status st;
-        for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        for (int attempt = 1; attempt <= kAttempts; ++attempt) {
             std::string statusReply;
             if (s_.link.i2c_send_receive(kStatusLine, "", statusReply, 2)) {
                 const auto status = mrcPair(statusReply, 0);
@@ -154,8 +155,11 @@ FileProtocol::Status FileProtocol::FileStatus(const FileRequest& request)
                     return {};
                 }
                 st = { true, *status, *extra };
-                if (st.status != kFileStatusBusy)
-                    return st;
+                if (st.status != kFileStatusBusy) {
+                    if (attempt < kAttempts)
+                        return st;
+                    st = {}; // an answer to the eleventh attempt still counts as failed
+                }
             } else {
                 st = {};
                 if (s_.breakOnError)
@@ -394,6 +398,16 @@ bool FileProtocol::waitUntilIdle()
         return link->usbWaitIdle() == 0;
     s_.loop.sleep(kIdlePauseMs);
     return waitWhileBusy(-1, settings_.T_sts_to_sts, "FileStatusOnly").ok;
+}
+
+std::optional<int> FileProtocol::statusOnce()
+{
+    if (s_.demo)
+        return 0;
+    const auto st = FileStatusOnly("FileStatusOnly");
+    if (!st.ok)
+        return std::nullopt;
+    return st.status;
 }
 
 bool FileProtocol::WriteCommandFile(const std::string& commandHex, int writeWait)

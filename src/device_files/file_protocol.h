@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -73,6 +74,9 @@ public:
     // Waits until the target is not busy (WaitUntilTargetIsIdle_HLK): false when the status
     // cannot be read or the target stays busy beyond the bound.
     [[nodiscard]] bool waitUntilIdle();
+    // One status read over the dongle (FileStatusOnly), no wait: the status byte, or nothing when
+    // the link failed. 0 in demo mode.
+    [[nodiscard]] std::optional<int> statusOnce();
     // Writes the eight-digit command text ("03000000") to the command file 27.
     [[nodiscard]] bool WriteCommandFile(const std::string& commandHex, int writeWait = 0);
 

@@ -64,10 +64,11 @@ int FileTransfer::sectionElements(int file) const
     const auto* first = nodes_.Item(1);
     if (!first)
         return 0;
+    // The sum of the parameters' sizes: each takes one element of the file.
     int elements = 0;
     for (const auto& parameter : first->NodeParameters)
         if (parameter.FileNumber == file)
-            elements = std::max(elements, parameter.FileIndex + 1);
+            ++elements;
     return elements;
 }
 
@@ -105,22 +106,21 @@ bool FileTransfer::PutFile(int file, const std::vector<std::uint8_t>& data)
         return false;
     const auto parts
         = demo_ ? std::vector<FilePart> { { 0, static_cast<int>(entry->FileLength()) } } : writeParts(*entry);
-    // A failed part ends the write: the parts after it would land beside a hole.
     bool ok = false;
-    for (std::size_t i = 0; i < parts.size(); ++i) {
+    for (const FilePart& part : parts) {
         FileRequest request;
         request.access = 1;
         request.file = file;
-        request.offset = parts[i].offset;
-        request.count = parts[i].count;
-        const auto from = std::min(data.size(), i * entry->FileMaxBytes);
-        const auto to
-            = std::min(data.size(), from + static_cast<std::size_t>(parts[i].count) * entry->FileChunk);
+        request.offset = part.offset;
+        request.count = part.count;
+        const std::size_t chunk = entry->FileChunk;
+        const auto from = std::min(data.size(), static_cast<std::size_t>(part.offset) * chunk);
+        const auto to = std::min(data.size(), from + static_cast<std::size_t>(part.count) * chunk);
         request.data.assign(
             data.begin() + static_cast<std::ptrdiff_t>(from), data.begin() + static_cast<std::ptrdiff_t>(to));
         ok = files_.FileAccessRequest(request).ok;
         if (!ok)
-            return false;
+            return false; // the later parts would land beside a part the device did not take
     }
     return ok;
 }

@@ -37,7 +37,8 @@ public:
     void applyValue(clsSMBusParameter& parameter, const std::string& fileText, int baseElement = 0) const;
     // Gives every gateway parameter of the file, and for per-node files every node, its value.
     void spreadValues(int file, const std::string& text) const;
-    // Elements of one node's section of a per-node file.
+    // Elements of one node's section of a per-node file: the sum of the sizes of node 1's
+    // parameters in that file, one element each, as the configuration lists them.
     [[nodiscard]] int sectionElements(int file) const;
 
 private:

@@ -26,7 +26,8 @@ constexpr int kBlockFormat = 5;
 constexpr int kTextSubType = 6;
 constexpr int kHexSubType = 7;
 // The rebuild command: command 4, argument 0 (the command file holds these two words).
-const char* const kRebuildCommand = "04000000";
+// Command 4 and its argument, with the two bytes of zeros that the rebuild request carries.
+const char* const kRebuildCommand = "040000000000";
 
 const std::vector<std::string> kGatewayPollNames { "Current", "Average Current", "State of Charge",
     "Sense Resistor Temperature", "Charge FET Temperature", "Discharge FET Temperature",
@@ -207,14 +208,26 @@ bool ParameterAccess::GetAllValues(const std::function<void(const std::string&, 
             capture("File" + std::to_string(file), *text);
     }
     s_.events.ReadAllParametersStatus(100);
+    // A read of all shows the device as it is: edits not yet written are dropped.
     for (auto& parameter : s_.gateway)
-        if (const auto found = texts.find(parameter.FileNumber); found != texts.end())
+        if (const auto found = texts.find(parameter.FileNumber); found != texts.end()) {
             s_.transfer.applyValue(parameter, found->second);
+            parameter.NewValue = DynamicValue();
+        }
     std::string text;
-    for (const int perNode : { 6, 12 })
-        if (const auto* entry = directory.fileEntry(perNode);
-            entry && static_cast<int>(entry->readLevel()) <= UserAccessLevel)
-            ok = s_.transfer.GetFile(perNode, text) && ok;
+    for (const int perNode : { 6, 12 }) {
+        const auto* entry = directory.fileEntry(perNode);
+        if (!entry || static_cast<int>(entry->readLevel()) > UserAccessLevel)
+            continue;
+        if (!s_.transfer.GetFile(perNode, text)) {
+            ok = false;
+            continue;
+        }
+        for (auto& node : s_.nodes)
+            for (auto& parameter : node.NodeParameters)
+                if (parameter.FileNumber == perNode)
+                    parameter.NewValue = DynamicValue();
+    }
     return ok;
 }
 

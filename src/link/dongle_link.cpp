@@ -140,6 +140,9 @@ bool DongleLink::i2c_send_receive(
         s_.events.OnCommunicationsComplete();
         return false;
     }
+    // Receive events stay off for the transaction, so that OnComm does not take the reply away;
+    // whatever threshold was set comes back afterwards.
+    const int threshold = s_.port.rThreshold();
     s_.port.setRThreshold(0);
     i2c_send(message);
 
@@ -194,7 +197,7 @@ bool DongleLink::i2c_send_receive(
         break;
     }
     tmrTimeout_->setEnabled(false);
-    s_.port.setRThreshold(1);
+    s_.port.setRThreshold(threshold);
     s_.events.OnCommunicationsComplete();
     return ok;
 }
@@ -232,8 +235,11 @@ void DongleLink::onComm(platform::CommEvent event)
     if (Status == 1)
         return;
     if (event == platform::CommEvent::BreakOrError) {
+        // The port closed under us: the dongle was unplugged or its device failed.
+        const std::string reason = s_.port.errorText();
         if (s_.logEvent)
-            s_.logEvent("A Break was received");
+            s_.logEvent("The serial port closed: the dongle was removed or failed"
+                + (reason.empty() ? std::string() : " (" + reason + ")"));
         return;
     }
     while (s_.port.inBufferCount() > 0) {

@@ -100,6 +100,14 @@ public:
     // Where a notification goes when the desktop shows none: the panel "Info" and the event log.
     void NotifyInStatusBar(const std::string& title, const std::string& text);
 
+    // The driver's FileAccessStatus: the message in the panel "Info", the count of file errors up
+    // by one, a line in the event log and a "File Access Error" notification.
+    void FileAccessStatus(const std::string& message, int fileNumber);
+    int FileAccessErrors = 0;
+    std::string LastFileAccessError;
+    // False keeps the notification back (another window is the active form); none: always shown.
+    std::function<bool()> fileAccessNotices;
+
     // Entries wired since the last call become available, the others unavailable.
     void refreshAvailability();
     [[nodiscard]] bool isWired(const platform::ui::MenuItem& item) const;

@@ -3,6 +3,7 @@
 #include "core/app_logs.h"
 #include "core/globals.h"
 #include "core/paths.h"
+#include "driver/cls_main.h"
 #include "monitor/folder_menus.h"
 #include "monitor/frm_main.h"
 #include "monitor/help_links.h"
@@ -288,6 +289,10 @@ void frmMain::wireMenus()
     mnuCommunicationsLog.onClick = [this] { context_.logs.modemLog().show(); };
     mnuClearLog.onClick = [this] { context_.logs.modemLog().rtfEvent.clear(); };
     mnuExit.onClick = [this] { requestClose(); };
+    // With no utility beside the program the one entry reads "Empty" and does nothing when clicked,
+    // so that Add-Ons can be opened to show it.
+    if (mnuAddUtility.caption() == kNoUtilities)
+        mnuAddUtility.onClick = [] {};
     mnuAbout.onClick = [this] {
         const AppVersion v = appVersion();
         (void)context_.dialogs.messageBox("Zentavia " + std::to_string(v.major) + "."
@@ -352,6 +357,10 @@ void frmMain::refreshAvailability()
             node.item->setEnabled(node.isSeparator() || isWired(*node.item));
         });
     }
+    // There is something to commit only after a write to a file that keeps it in RAM.
+    const bool written = main_ && main_->CellWeft().Parameters.ParametersWritten;
+    for (auto* item : { &mnuCommit, &mnuParameters_commit })
+        setCommand(*item, written);
 }
 
 void frmMain::setCommand(MenuItem& item, bool on)

@@ -22,12 +22,28 @@ Monitor::Monitor(MonitorContext monitorContext)
     wireLists();
     wirePlot();
     wireStatusPanes();
+    wireFileAccessStatus();
     context.form.refreshAvailability();
+}
+
+// A refusal or a report of the device reaches the user through the main window.
+void Monitor::wireFileAccessStatus()
+{
+    frmMain& f = context.form;
+    f.fileAccessNotices = context.mainFormActive;
+    context.main.hooks.fileAccessStatus
+        = [&f](const std::string& message, int file) { f.FileAccessStatus(message, file); };
 }
 
 Monitor::~Monitor()
 {
     context.main.hooks.broadcastAlarm = nullptr;
+    context.main.hooks.fileAccessStatus = nullptr;
+}
+
+void Monitor::helpLink()
+{
+    poll.runOrDefer(PendingCommand::HelpLink);
 }
 
 void Monitor::wireLoadSteps()
@@ -44,6 +60,10 @@ void Monitor::wireLoadSteps()
     steps.tabs = [this] {
         tabs.loadTabCaptions();
         panes.buildRows();
+        // Without demo mode the level read has made the rows of the parameter lists; in demo mode
+        // it stops at level 2 before, so they are made here for the poll to fill.
+        if (context.globals.gDemo)
+            tabs.LoadTabs();
     };
     steps.pollRate = [this] {
         poll.fillPollRate();
@@ -68,6 +88,8 @@ void Monitor::wireMenus()
     defer(f.mnuTechnicalReferenceManual, PendingCommand::RefLink);
     defer(f.mnuInformationOnline, PendingCommand::HelpLink);
     defer(f.mnuPP, PendingCommand::HomePage);
+    if (action(PendingCommand::HelpLink))
+        f.mnuParameterHelp.onClick = [this] { helpLink(); };
 
     action(PendingCommand::WritePendingChanges) = [this] { edits.WritePendingChanges(); };
     action(PendingCommand::ReadThis) = [this] { edits.readThis(menus.targetList(), menus.targetKey()); };

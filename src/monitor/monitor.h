@@ -17,10 +17,14 @@ class Monitor {
 public:
     // Fills the form's MonitorLoadSteps and wires its poll, read and write entries and lists.
     explicit Monitor(MonitorContext context);
-    // Takes the alarm hook back from gMain, which may outlive the monitor.
+    // Takes the alarm and file status hooks back from gMain, which may outlive the monitor.
     ~Monitor();
     Monitor(const Monitor&) = delete;
     Monitor& operator=(const Monitor&) = delete;
+
+    // OpenHelpLink as the poll allows it: at once, or as a pending command while polling
+    // (mnuParameterHelp, the help button of the parameter editor).
+    void helpLink();
 
     MonitorContext context;
     ParameterTabs tabs { context };
@@ -37,6 +41,7 @@ private:
     void wireLists();
     void wirePlot();
     void wireStatusPanes();
+    void wireFileAccessStatus();
 };
 
 } // namespace zv

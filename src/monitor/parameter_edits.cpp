@@ -11,6 +11,8 @@
 #include "monitor/poll_cycle.h"
 #include "monitor/unexpected_error.h"
 
+#include <utility>
+
 namespace zv {
 
 namespace {
@@ -57,9 +59,8 @@ void ParameterEdits::editRow(ListView& list, const std::string& key, bool proper
     const EditResult outcome = hooks.editParameter(*parameter, node(property));
     const bool pending = hasNewValue(*parameter);
     if (pending && outcome.autoWrite) {
+        commitAfterWrite_ = true;
         mnuWritePendingChanges();
-        if (c_.main.CellWeft().Parameters.ParametersWritten)
-            poll_.runOrDefer(PendingCommand::Commit);
         return;
     }
     list.setSubItem(key, 1, editedValueText(*parameter, c_.main.CellWeft().Parameters.display));
@@ -79,10 +80,11 @@ void ParameterEdits::lvStatus_DblClick()
 
 void ParameterEdits::mnuWritePendingChanges()
 {
-    if (hooks.isTheDeviceWired && !hooks.isTheDeviceWired())
+    if (hooks.isTheDeviceWired && !hooks.isTheDeviceWired()) {
+        commitAfterWrite_ = false;
         return;
+    }
     poll_.runOrDefer(PendingCommand::WritePendingChanges);
-    showCommitHint();
 }
 
 void ParameterEdits::showCommitHint()
@@ -100,6 +102,7 @@ void ParameterEdits::showCommitHint()
 
 void ParameterEdits::WritePendingChanges()
 {
+    const int refusals = c_.form.FileAccessErrors;
     pointer(kHourglass);
     try {
         writePending();
@@ -109,6 +112,18 @@ void ParameterEdits::WritePendingChanges()
         (void)c_.errors->ReportError(unexpectedError(e), "frmMain", "WritePendingChanges");
     }
     pointer(kDefaultPointer);
+    // While polling the write runs on a later tick: the commit entries follow it from here, once
+    // the driver knows whether anything waits for the commit.
+    const bool commitNow = std::exchange(commitAfterWrite_, false);
+    if (!commitNow) {
+        showCommitHint();
+    } else if (c_.main.CellWeft().Parameters.ParametersWritten) {
+        poll_.runOrDefer(PendingCommand::Commit);
+    }
+    // The read-backs and the hint have written over the panel since: the device's reason for a
+    // refusal stays in view.
+    if (c_.form.FileAccessErrors != refusals)
+        c_.form.sbStatusBar.setPanelText(kInfoPanel, c_.form.LastFileAccessError);
 }
 
 void ParameterEdits::writePending()

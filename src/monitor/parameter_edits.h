@@ -52,6 +52,8 @@ public:
     void lvStatus_DblClick();
     // mnuWritePendingChanges and mnuParameters_Write.
     void mnuWritePendingChanges();
+    // Writes every pending value of the gateway or the selected cell, then sets the commit
+    // entries and the hint by what the write left.
     void WritePendingChanges();
     void revert(platform::ui::ListView& list, const std::string& key, bool property);
     void revertAll();
@@ -80,6 +82,8 @@ private:
     MonitorContext& c_;
     ParameterTabs& tabs_;
     PollCycle& poll_;
+    // "Auto write value on Ok": the commit follows the write once it has run.
+    bool commitAfterWrite_ = false;
 };
 
 } // namespace zv

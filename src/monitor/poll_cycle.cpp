@@ -4,6 +4,7 @@
 #include "core/error_handler.h"
 #include "core/globals.h"
 #include "core/settings_table.h"
+#include "device_files/file_status.h"
 #include "driver/cls_main.h"
 #include "monitor/frm_main.h"
 #include "monitor/list_values.h"
@@ -296,17 +297,19 @@ void PollCycle::UpdateDeviceBits()
     const long algorithm = valueBits(driver.GatewayParameters.FindByName("Algorithm enable"), display);
     g.gAlgEnableBit3 = configurationRead && (algorithm & kWiredBit);
     g.gAlgEnableBit5 = configurationRead && (algorithm & kConfiguredBit);
-    const bool safetyRead = configurationRead && driver.GetFile(kSafetyFile, text);
+    // Each file clears only its own states: a failed file 9 read leaves Ship as file 5 tells it.
+    const bool safetyRead = driver.GetFile(kSafetyFile, text);
     const long internal = valueBits(driver.GatewayParameters.FindByName("Internal Flags 2"), display);
     g.gInternalFlag0 = safetyRead && (internal & kShipBit);
+    const bool bothRead = configurationRead && safetyRead;
     frmMain& f = c_.form;
     const std::array labels { std::pair { &f.lblSHIP_BIT, g.gInternalFlag0 },
         std::pair { &f.lblUNLOCK_BIT, g.gAlgEnableBit3 }, std::pair { &f.lblCONFIG_BIT, g.gAlgEnableBit5 } };
     const std::array words { "Ship", "Wired", "Configured" };
     for (std::size_t i = 0; i < labels.size(); ++i) {
         auto& [label, set] = labels[i];
-        label->setCaption(safetyRead ? words[i] : "n/a");
-        label->setForeColor(safetyRead && set ? kGreen : kGreyText);
+        label->setCaption(bothRead ? words[i] : "n/a");
+        label->setForeColor(bothRead && set ? kGreen : kGreyText);
     }
 }
 
@@ -346,10 +349,14 @@ void PollCycle::refreshCommandSet()
     if (ReadingAllParameters)
         return;
     clsCellWeft& driver = c_.main.CellWeft();
-    if (driver.usbTransport())
+    if (driver.usbTransport()) {
         (void)driver.Usb.usbWaitIdle();
-    else if (!driver.Files.waitUntilIdle())
-        return;
+    } else {
+        // One look at the status: a busy device skips this beat, the next one comes in a minute.
+        const auto status = driver.Files.statusOnce();
+        if (!status || *status == kFileStatusBusy)
+            return;
+    }
     c_.form.disableAllCommands(false);
     (void)(driver.usbTransport() ? driver.Usb.usbEnableUlmarCommandSet()
                                  : driver.Bus.EnableUlmarCommandSet());

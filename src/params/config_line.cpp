@@ -101,12 +101,11 @@ void readParameterColumns(std::string_view line, clsSMBusParameter& p, const Num
     p.UpperWriteLimit = invariantNumberColumn(columns[11], locale);
     p.EngineeringUnitsString = stripQuotes(columns[12]);
 
-    const std::size_t lastLabel = std::min(columns.size(), kTrailingColumnsStart);
-    for (std::size_t i = kFirstBitLabel; i < lastLabel; ++i) {
+    for (std::size_t i = kFirstBitLabel; i < kTrailingColumnsStart; ++i) {
         p.BitString.Add(stripQuotes(columns[i]));
     }
     std::uint8_t* trailing[] = { &p.LoggingType, &p.TabOrder, &p.FileNumber, &p.FileIndex };
-    for (std::size_t i = 0; i < std::size(trailing) && kTrailingColumnsStart + i < columns.size(); ++i) {
+    for (std::size_t i = 0; i < std::size(trailing); ++i) {
         *trailing[i] = byteColumn(columns[kTrailingColumnsStart + i], locale);
     }
 }

@@ -1,8 +1,8 @@
 #pragma once
 // One line of a gateway or cell configuration file: tab-separated columns 0 to 12 (name,
 // levels, number, multiplier, types, scale flags, scaling, limits, unit), the bit labels in
-// 13 to 28, then LoggingType, TabOrder, FileNumber and FileIndex in 29 to 32. Columns from 13
-// on may be left off.
+// 13 to 28, then LoggingType, TabOrder, FileNumber and FileIndex in 29 to 32. A line with fewer
+// columns is the file's error: without its place in a device file a parameter cannot be read.
 
 #include "params/number_text.h"
 #include "params/smbus_parameter.h"
@@ -14,7 +14,7 @@
 
 namespace zv {
 
-inline constexpr std::size_t kRequiredConfigColumns = 13;
+inline constexpr std::size_t kRequiredConfigColumns = 33;
 
 // A comment line begins with "#".
 [[nodiscard]] inline bool isConfigComment(std::string_view line)

@@ -74,11 +74,7 @@ EditParameterContext MonitorWiring::editorContext()
         editParameterModal(s_.binder, c.loop), s_.screen, c.errors };
     frmMain& form = c.form;
     context.writePending = [&form](bool on) { form.WritePending(on); };
-    context.openHelpLink = [&form] {
-        form.disableAllCommands(true);
-        form.OpenHelpLink();
-        form.enableAllCommands(true);
-    };
+    context.openHelpLink = [this] { monitor_.helpLink(); };
     context.stateUpdateDue = [this] { monitor_.poll.requestRefresh(); };
     return context;
 }

@@ -39,6 +39,27 @@ TEST_F(CliTest, GetRefusesUnknownNamesAndCells)
     EXPECT_THAT(result.err, HasSubstr("There is no cell 9; the pack has 8 cells."));
 }
 
+TEST_F(CliTest, GetPrintsTheWindowsTextOfBitWordsAndDatesOrWithRawTheNumber)
+{
+    sim.pack->model().files.set("Algorithm Enable", 0x0047);
+    struct Case {
+        std::vector<std::string> line;
+        const char* out;
+    };
+    const Case cases[] {
+        { { "get", "Algorithm Enable" }, "Algorithm Enable: 0x0047\n" },
+        { { "get", "Algorithm Enable", "--raw" }, "Algorithm Enable: 71\n" },
+        { { "get", "Manufacture Date" }, "Manufacture Date: 05/17/2023\n" },
+        { { "get", "Manufacture Date", "--raw" }, "Manufacture Date: 22193\n" },
+        { { "get", "Expected Number Of Cells" }, "Expected Number Of Cells: 8\n" },
+    };
+    for (const Case& c : cases) {
+        const auto result = run(c.line);
+        EXPECT_EQ(result.status, 0) << result.err;
+        EXPECT_EQ(result.out, c.out);
+    }
+}
+
 TEST_F(CliTest, ReadFilePrintsOneRecordALine)
 {
     const auto result = run({ "read-file", "9" });
@@ -133,6 +154,9 @@ TEST_F(CliTest, UsageErrorsExitWithTwo)
              { "frobnicate" },
              { "get" },
              { "dir", "extra" },
+             { "read-file", "-1" },
+             { "get", "Voltage", "--node", "-2" },
+             { "dir", "--raw" },
              { "detect", "--node", "2" },
              { "read-file", "x9" },
              { "sbread", "256" },
@@ -145,6 +169,9 @@ TEST_F(CliTest, UsageErrorsExitWithTwo)
         EXPECT_THAT(result.err, HasSubstr("zentavia-cli: ")) << ::testing::PrintToString(line);
         EXPECT_EQ(result.out, "");
     }
+    EXPECT_THAT(run({ "read-file", "-1" }).err,
+        HasSubstr("The file number must be a number from 0 to 255, not \"-1\"."))
+        << "a negative number is a bad value, not an option";
     EXPECT_THAT(run({ "--help" }).out, HasSubstr("capture-demo [FILE]"));
 }
 

@@ -8,7 +8,6 @@ namespace zv::test {
 namespace {
 
 using ::testing::HasSubstr;
-using ::testing::Not;
 
 std::vector<std::string> lines(const std::string& text)
 {
@@ -32,10 +31,10 @@ TEST_F(CliTest, DetectPrintsTheTargetThenTheDirectory)
     EXPECT_EQ(out[4], "Firmware:      5000, build 12");
     EXPECT_EQ(out[5], "");
     EXPECT_THAT(out[6], HasSubstr("File  Name"));
-    EXPECT_EQ(out.size(), 7u + 40u) << "files 0 to 39; the entry named Error is left out";
+    ASSERT_EQ(out.size(), 7u + 41u) << "every record the device gave, the one named Error too";
     EXPECT_THAT(
         out[7 + 27], ::testing::StartsWith("  27  Command      0x0020  0x0020      4      2       2"));
-    EXPECT_THAT(result.out, Not(HasSubstr("Error ")));
+    EXPECT_THAT(out.back(), ::testing::StartsWith("  40  Error  "));
 }
 
 TEST_F(CliTest, TheExitOrderLeavesThePackReadyForTheNextRun)
@@ -44,7 +43,7 @@ TEST_F(CliTest, TheExitOrderLeavesThePackReadyForTheNextRun)
     EXPECT_FALSE(sim.pack->commandSetOpen()) << "the command set is closed at the end";
     const auto again = run({ "dir" });
     ASSERT_EQ(again.status, 0) << again.err;
-    EXPECT_EQ(lines(again.out).size(), 41u);
+    EXPECT_EQ(lines(again.out).size(), 42u);
 }
 
 TEST(CliDetect, FindsTheNameAndCellsOfAnotherTarget)
@@ -83,6 +82,38 @@ TEST(CliDetect, StopsAtASealedTargetOrALoader)
         EXPECT_EQ(result.status, 1) << message;
         EXPECT_THAT(result.err, HasSubstr(message));
         EXPECT_EQ(result.out, "");
+    }
+}
+
+TEST(CliDetect, APasswordOpensASealedPackAsTheLoginDoes)
+{
+    struct Case {
+        zvsim::PackOptions pack;
+        std::vector<std::string> line;
+        const char* environment; // ZENTAVIA_PASSWORD, or none
+        int status;
+        const char* said; // on stdout when it ran, else on stderr
+    };
+    const zvsim::PackOptions sealed { .sealed = true, .password = "opensesa" };
+    const zvsim::PackOptions sealed1003 { .targetId = 0x1003, .sealed = true, .password = "opensesa" };
+    const Case cases[] {
+        { sealed, { "--password", "opensesa", "detect" }, nullptr, 0, "Access level:  2" },
+        { sealed1003, { "--password", "opensesa", "detect" }, nullptr, 0, "Access level:  2" },
+        { sealed, { "detect" }, "opensesa", 0, "Access level:  2" },
+        { sealed, { "--password", "wrong", "detect" }, "opensesa", 1, "Invalid Password!" },
+        { sealed, { "detect" }, nullptr, 1, "The target device is sealed!" },
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(::testing::PrintToString(c.line));
+        if (c.environment)
+            ::setenv("ZENTAVIA_PASSWORD", c.environment, 1);
+        else
+            ::unsetenv("ZENTAVIA_PASSWORD");
+        CliRig rig(c.pack);
+        const auto result = rig.run(c.line);
+        ::unsetenv("ZENTAVIA_PASSWORD");
+        EXPECT_EQ(result.status, c.status) << result.err;
+        EXPECT_THAT(c.status == 0 ? result.out : result.err, HasSubstr(c.said));
     }
 }
 

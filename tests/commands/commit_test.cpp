@@ -66,5 +66,20 @@ TEST_F(CommitTest, WiringEnablesTheCommandsAndLeavesCommitToWrittenParameters)
     EXPECT_TRUE(window.mnuParameters_commit.enabled());
 }
 
+TEST_F(CommitTest, CommitFollowsOnlyTheWrittenFlagThroughLoadsAndRewiring)
+{
+    frmMain& window = *made;
+    window.LoadMainForm(h.main());
+    window.refreshAvailability();
+    EXPECT_FALSE(window.mnuCommit.enabled()) << "a load with nothing written";
+    EXPECT_FALSE(window.mnuParameters_commit.enabled());
+    (void)writeDesignCapacity();
+    window.LoadMainForm(h.main());
+    EXPECT_TRUE(window.mnuCommit.enabled()) << "a reload keeps what waits for the commit";
+    window.mnuCommit.onClick();
+    window.refreshAvailability();
+    EXPECT_FALSE(window.mnuCommit.enabled());
+}
+
 } // namespace
 } // namespace zv::test

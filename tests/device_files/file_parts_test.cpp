@@ -45,6 +45,27 @@ TEST(FileParts, WritesTakeTheRecordSizeFromTheChunk)
     EXPECT_EQ(pairs(writeParts(entry(96, 32, 64))), (P { { 0, 2 }, { 2, 1 } }));
 }
 
+TEST(FileParts, ALimitThatIsNotAWholeNumberOfRecordsStillCoversEveryRecord)
+{
+    using P = std::vector<std::pair<int, int>>;
+    struct Case {
+        std::uint32_t size, chunk, maxBytes;
+        P parts;
+    };
+    const Case cases[] {
+        { 96, 32, 48, { { 0, 1 }, { 1, 1 }, { 2, 1 } } }, // 1.5 records a transfer
+        { 160, 32, 80, { { 0, 2 }, { 2, 2 }, { 4, 1 } } }, // 2.5 records: three parts, not two
+        { 100, 2, 45, { { 0, 22 }, { 22, 22 }, { 44, 6 } } }, // an odd limit on words
+        { 64, 32, 31, { { 0, 1 }, { 1, 1 } } }, // a record larger than the limit still moves
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(
+            std::to_string(c.size) + "/" + std::to_string(c.chunk) + "/" + std::to_string(c.maxBytes));
+        EXPECT_EQ(pairs(writeParts(entry(c.size, c.chunk, c.maxBytes))), c.parts);
+        EXPECT_EQ(pairs(readParts(entry(c.size, c.chunk, c.maxBytes))), c.parts);
+    }
+}
+
 TEST(FileStatus, VerdictsAndMessages)
 {
     EXPECT_TRUE(CheckFileStatus(0).good);

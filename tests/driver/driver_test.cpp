@@ -5,6 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
 using namespace zv;
 
 namespace {
@@ -53,15 +57,28 @@ TEST_F(DriverTest, ReadsTheWholeModelAndSpreadsPerNodeFiles)
     }
 }
 
-TEST_F(DriverTest, FilesLargerThanOneTransferAreReadInParts)
+TEST_F(DriverTest, FilesLargerThanOneTransferMoveInPartsOfWholeRecords)
 {
     connect();
     auto& d = sim.driver();
-    const auto* entry = d.Directory.DirectoryElements.fileEntry(37);
-    ASSERT_GT(entry->FileSize, entry->FileMaxBytes);
-    std::string text;
-    ASSERT_TRUE(d.GetFile(37, text));
-    EXPECT_EQ(text.size(), entry->FileSize * 2);
+    // 37: a limit of whole records; 8: records of 32 bytes under a limit of 48.
+    for (const int file : { 37, 8 }) {
+        SCOPED_TRACE("file " + std::to_string(file));
+        const auto* entry = d.Directory.DirectoryElements.fileEntry(file);
+        ASSERT_GT(entry->FileSize, entry->FileMaxBytes);
+        std::vector<std::uint8_t>& device = sim.pack->model().files.bytes(file);
+        std::string text;
+        ASSERT_TRUE(d.GetFile(file, text));
+        EXPECT_EQ(hexToBytes(text), device);
+
+        std::vector<std::uint8_t> image(device.size());
+        for (std::size_t i = 0; i < image.size(); ++i)
+            image[i] = static_cast<std::uint8_t>(0x41 + i % 26);
+        ASSERT_TRUE(d.PutFile(file, image));
+        EXPECT_EQ(device, image) << "every byte lands at its own place";
+    }
+    EXPECT_EQ(d.GatewayParameters.FindByName("Device Chemistry")->value, DynamicValue("LION"))
+        << "the third record of file 8 was read";
 }
 
 TEST_F(DriverTest, WritesACelsiusTemperatureAsKelvinAndMarksTheCommit)
@@ -147,6 +164,25 @@ TEST_F(DriverTest, RebuildWithMatchingCellCountsSendsNoCommand)
     EXPECT_EQ(rebuilds->value, before);
 }
 
+TEST_F(DriverTest, RebuildSendsItsSixBytesAndThePackTakesThem)
+{
+    connect();
+    auto& d = sim.driver();
+    sim.pack->model().files.set("Expected Number Of Cells", 7);
+    auto* rebuilds = d.GatewayParameters.FindByName("Number of CellWeft rebuilds");
+    std::string text;
+    ASSERT_TRUE(d.GetFile(rebuilds->FileNumber, text));
+    const double before = rebuilds->value.number();
+    sim.port.clearWritten();
+    EXPECT_TRUE(d.RebuildLAN(false));
+    EXPECT_NE(sim.port.written().find("/T~3E~06~04~00~00~00~00~00"), std::string::npos)
+        << "command 4, its argument and two more bytes of zeros";
+    EXPECT_TRUE(d.Parameters.gCellsMatch) << "the pack rebuilt its LAN with the seven cells expected";
+    EXPECT_EQ(d.nodes.Count(), 7);
+    ASSERT_TRUE(d.GetFile(rebuilds->FileNumber, text));
+    EXPECT_EQ(rebuilds->value.number(), before + 1) << "the pack ran the rebuild";
+}
+
 TEST_F(DriverTest, AlarmBroadcastReachesTheStatusThroughTheAlarmMap)
 {
     connect();
@@ -177,3 +213,65 @@ TEST_F(DriverTest, DemoModeReadsFromTheCaptureWithoutTraffic)
 }
 
 } // namespace
+
+// Configuration files written by hand, not from the simulator's map: the reader's own rules decide.
+TEST_F(DriverTest, AHandWrittenCellFileSetsTheSectionLengthOfThePerNodeFiles)
+{
+    connect();
+    auto& d = sim.driver();
+    namespace fs = std::filesystem;
+    const fs::path folder = fs::temp_directory_path() / ("zv_cells_" + std::to_string(::getpid()));
+    fs::create_directories(folder);
+    const auto cellLine = [](const std::string& name, int fileIndex) {
+        std::string labels;
+        for (int i = 0; i < 16; ++i)
+            labels += "\t\"\"";
+        return name + "\t0\t2\t0x600\t0\t0\t0\t0\t2\t1\t0\t65535\t\"mV\"" + labels + "\t0\t0\t6\t"
+            + std::to_string(fileIndex) + "\r\n";
+    };
+    // Listed out of order; node 1 holds three parameters of file 6, so each node's section is
+    // three words long.
+    std::ofstream(folder / "Cell.cfg", std::ios::binary)
+        << "# 7\r\n"
+        << cellLine("Third", 2) << cellLine("First", 0) << cellLine("Second", 1);
+    d.Config.NodeConfigFileName = (folder / "Cell.cfg").string();
+    EXPECT_EQ(d.readConfig(2), 2) << "eight nodes: copies follow";
+    fs::remove_all(folder);
+    EXPECT_EQ(d.Transfer.sectionElements(6), 3);
+
+    std::string text; // word w of the file holds 100 + w
+    for (int word = 0; word < 3 * d.nodes.Count(); ++word) {
+        char bytes[12];
+        std::snprintf(bytes, sizeof bytes, "%02X00", (100 + word) & 0xFF);
+        text += bytes;
+    }
+    d.Transfer.spreadValues(6, text);
+    for (int node = 1; node <= d.nodes.Count(); ++node) {
+        const auto& list = d.nodes.Item(node)->NodeParameters;
+        EXPECT_EQ(list.FindByName("First")->value, DynamicValue(100.0 + 3 * (node - 1))) << "node " << node;
+        EXPECT_EQ(list.FindByName("Third")->value, DynamicValue(102.0 + 3 * (node - 1))) << "node " << node;
+    }
+}
+
+TEST_F(DriverTest, AStepAnsweredOnlyAtItsEleventhAttemptCountsAsFailed)
+{
+    connect();
+    auto& d = sim.driver();
+    for (const int refusals : { 9, 10 }) {
+        SCOPED_TRACE(std::to_string(refusals) + " refused status reads");
+        int left = refusals;
+        const auto forward = sim.port.onOutput;
+        sim.port.onOutput = [&](const std::string& bytes) {
+            if (left > 0 && bytes.starts_with("/*T~3D")) {
+                --left;
+                sim.loop.post(5, [&] { sim.port.deliver("/SNA\r\n*/SNA\r\n*"); });
+                return;
+            }
+            forward(bytes);
+        };
+        std::string text;
+        const bool read = d.GetFile(9, text);
+        sim.port.onOutput = forward;
+        EXPECT_EQ(read, refusals < 10) << "ten tries may fail; the eleventh never rescues the step";
+    }
+}

@@ -71,3 +71,37 @@ TEST(LinkPull, APulledPackFailsTheReadsCleanly)
     EXPECT_FALSE(d.GetFile(5, text));
     EXPECT_NE(d.SMBus_Init(), 0);
 }
+
+// A stuck bus reads as all ones with a PEC that does not match: no such value may be taken.
+TEST(LinkStuck, AllOnesFromAStuckBusAreNeverTakenForData)
+{
+    zvsim::LinkFaults faults;
+    faults.stuckRate = 0.2;
+    test::SimHarness sim({}, withFaults({}));
+    auto& d = sim.driver();
+    ASSERT_TRUE(sim.openLink() && d.GetDir());
+    const auto expected = sim.pack->model().files.bytes(9);
+    sim.replaceEndpoint(withFaults(faults));
+    sim.endpoint->setLineBaud(115200);
+    ASSERT_EQ(d.SMBus_Init(), 0);
+    int read = 0;
+    for (int i = 0; i < 20; ++i) {
+        std::string text;
+        if (d.GetFile(9, text)) {
+            ++read;
+            EXPECT_EQ(hexToBytes(text), expected) << "read " << i;
+        }
+        if (const auto word = d.Bus.SMBus_ReadWord(0x09)) {
+            EXPECT_NE(*word, 0xFFFF) << "a voltage word of all ones came through";
+        }
+    }
+    EXPECT_GE(read, 15);
+
+    faults.stuckRate = 1.0;
+    sim.replaceEndpoint(withFaults(faults));
+    const auto start = sim.loop.milliseconds();
+    EXPECT_FALSE(d.Bus.SMBus_ReadWord(0x09));
+    std::string text;
+    EXPECT_FALSE(d.GetFile(9, text));
+    EXPECT_LT(sim.loop.milliseconds() - start, 60000) << "a bus that stays stuck fails in bounded time";
+}

@@ -86,3 +86,27 @@ TEST_F(ParameterAccessTest, FindParameterByNameOrPlace)
     EXPECT_EQ(cell.parameter, d.nodes.Item(1)->NodeParameters.FindByName("Voltage"))
         << "node 1 stands for all";
 }
+
+TEST_F(ParameterAccessTest, ReadAllDropsEditsNotYetWrittenWhereAPollKeepsThem)
+{
+    auto& d = sim.driver();
+    d.Parameters.UserAccessLevel = 3;
+    auto* cells = d.GatewayParameters.FindByName("Expected Number Of Cells");
+    auto* voltage = d.GatewayParameters.FindByName("Pack Voltage");
+    clsSMBusParameter* cellSetting = nullptr;
+    for (auto& parameter : d.nodes.Item(2)->NodeParameters)
+        if (parameter.FileNumber == 6 && !cellSetting)
+            cellSetting = &parameter;
+    ASSERT_TRUE(cells && voltage && cellSetting);
+    for (auto* parameter : { cells, voltage, cellSetting })
+        parameter->NewValue = DynamicValue(7.0);
+
+    std::string text;
+    ASSERT_TRUE(d.GetFile(voltage->FileNumber, text));
+    EXPECT_EQ(voltage->NewValue, DynamicValue(7.0)) << "a poll leaves an edit in place";
+
+    ASSERT_TRUE(d.GetAllValues());
+    for (auto* parameter : { cells, voltage, cellSetting })
+        EXPECT_TRUE(parameter->NewValue.isEmpty()) << parameter->ParameterName;
+    EXPECT_TRUE(cells->value.isNumber());
+}

@@ -134,6 +134,23 @@ TEST_F(DongleLinkTest, PulledDongleFailsCleanlyAndRecovers)
     EXPECT_EQ(link.SMBus_Init(), 0);
 }
 
+TEST_F(DongleLinkTest, ATransactionGivesBackTheReceiveThresholdItFound)
+{
+    for (const int threshold : { 0, 1, 5 }) {
+        port.setRThreshold(threshold);
+        std::string response;
+        EXPECT_TRUE(link.i2c_send_receive("/F1\r", "*", response));
+        EXPECT_EQ(port.rThreshold(), threshold);
+    }
+}
+
+TEST_F(DongleLinkTest, AnUnpluggedDongleIsLoggedAsSuchNotAsABreak)
+{
+    port.pull();
+    ASSERT_EQ(logged.size(), 1u);
+    EXPECT_EQ(logged[0], "The serial port closed: the dongle was removed or failed (No such device)");
+}
+
 TEST_F(DongleLinkTest, UnsolicitedLinesReachTheAlarmPathOnlyWithAGoodPec)
 {
     const std::array<std::uint8_t, 4> covered { 0x10, 0x0B, 0x34, 0x12 };

@@ -103,6 +103,7 @@ TEST_F(FrmMainTest, OnlyWiredEntriesAreAvailable)
 TEST_F(FrmMainTest, DisablingCommandsKeepsThePollCommandsReachable)
 {
     wireEverything();
+    form.mnuCommit.setEnabled(true); // as after a write
     h.globals.PollingActive = true;
     form.disableAllCommands(false);
     EXPECT_FALSE(form.mnuLoadPackConfiguration.enabled());

@@ -29,7 +29,7 @@ public:
         , target_(target)
     {
         form = std::make_unique<frmMain>(
-            MainFormContext { h.globals, h.settings, h.dialogs, logs, programFolder() });
+            MainFormContext { h.globals, h.settings, h.dialogs, logs, programFolder(), &desktop });
         activeForm.setMainForm(form.get());
         activeForm.set(form.get());
         monitor = std::make_unique<Monitor>(MonitorContext { *form, h.main(), h.globals, h.settings,
@@ -56,6 +56,7 @@ public:
     void failDevice(bool on) { h.pack->faults().noAckRate = on ? 1.0 : 0.0; }
     [[nodiscard]] std::string info() const { return form->sbStatusBar.panelText(kInfoPanel); }
 
+    RecordingDesktop desktop;
     std::unique_ptr<frmMain> form;
     std::unique_ptr<Monitor> monitor;
     bool highPriority = false;

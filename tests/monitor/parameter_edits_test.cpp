@@ -141,6 +141,68 @@ TEST_F(ParameterEditsTest, AutoWriteWritesAndCommitsAndACancelLeavesTheRowPlain)
     EXPECT_EQ(commits, 1);
 }
 
+TEST_F(ParameterEditsTest, AWriteWhilePollingOffersTheCommitOnceTheTickHasRunIt)
+{
+    frmMain& form = *rig.form;
+    for (auto* item : { &form.mnuCommit, &form.mnuParameters_commit })
+        item->onClick = [] {};
+    PollCycle& poll = rig.monitor->poll;
+    form.mnuPollAllContinuously.click();
+    ASSERT_FALSE(rig.h.driver().Parameters.ParametersWritten) << "as after a commit";
+
+    typed = sleep->value.number() + 2;
+    doubleClick(*sleep);
+    form.mnuWritePendingChanges.click();
+    EXPECT_TRUE(sleep->NewValue.hasContent()) << "the write waits for the tick";
+    EXPECT_FALSE(form.mnuCommit.enabled());
+    poll.tmrPollData_Timer();
+    EXPECT_FALSE(sleep->NewValue.hasContent());
+    ASSERT_TRUE(rig.h.driver().Parameters.ParametersWritten);
+    EXPECT_TRUE(form.mnuCommit.enabled()) << "the exit's question and the entry agree";
+    EXPECT_TRUE(form.mnuParameters_commit.enabled());
+    EXPECT_EQ(rig.h.dialogs.notifications().back().title, "Commit changes to flash");
+
+    // "Auto write value on Ok" while polling: the commit follows the write on the next tick.
+    autoWrite = true;
+    typed = sleep->value.number() + 1;
+    doubleClick(*sleep);
+    poll.tmrPollData_Timer();
+    EXPECT_FALSE(sleep->NewValue.hasContent());
+    EXPECT_EQ(commits, 0);
+    poll.tmrPollData_Timer();
+    EXPECT_EQ(commits, 1);
+}
+
+TEST_F(ParameterEditsTest, AWriteTheDeviceRefusesTellsTheUserWhy)
+{
+    const double before = sleep->value.number();
+    rig.h.pack->model().access.setLevel(1); // the pack sealed again behind the window's back
+    // Without a tray notifications land in the panel "Info", the commit hint among them.
+    rig.h.dialogs.onNotify = [this](const std::string& title, const std::string& text) {
+        rig.form->NotifyInStatusBar(title, text);
+    };
+    typed = before + 4;
+    doubleClick(*sleep);
+    rig.form->mnuWritePendingChanges.click();
+
+    const std::string why = "Level 2 access is needed to approve the request";
+    EXPECT_EQ(rig.info(), why);
+    EXPECT_EQ(rig.form->FileAccessErrors, 2) << "the read back finds the refusal still standing";
+    ASSERT_FALSE(rig.h.dialogs.notifications().empty());
+    const auto& notice = rig.h.dialogs.notifications().front();
+    EXPECT_EQ(notice.title, "File Access Error");
+    EXPECT_EQ(
+        notice.text, "Communication Errors: 1\r\n" + why + "\r\nFile " + std::to_string(sleep->FileNumber));
+    EXPECT_NE(rig.logs.eventLog().txtEvent.text().find("Last Error Status: " + why), std::string::npos);
+    EXPECT_DOUBLE_EQ(sleep->value.number(), before) << "the read back shows the device's value";
+
+    rig.h.pack->model().access.setLevel(3);
+    rig.h.pack->faults().forcedStatus = 15;
+    (void)rig.h.driver().ReadParameter(sleep->ParameterName, 0);
+    EXPECT_NE(rig.info().find("This file is read-only"), std::string::npos);
+    EXPECT_EQ(rig.form->FileAccessErrors, 3) << "the count runs on";
+}
+
 TEST_F(ParameterEditsTest, LockedRowsAndAWiredRefusalStopTheWay)
 {
     const auto* locked = rig.h.driver().GatewayParameters.FindByName("Pack Voltage");

@@ -222,6 +222,84 @@ TEST_F(PollCycleTest, HeartbeatWaitsForTheTickWhilePollingAndRunsAtOnceWhenIdle)
     EXPECT_TRUE(rig.h.pack->commandSetOpen());
 }
 
+TEST_F(PollCycleTest, AnIdleHeartbeatLooksAtTheStatusOnceAndSkipsABusyDevice)
+{
+    std::vector<std::string> messages;
+    rig.h.main().hooks.fileAccessStatus = [&](const std::string& m, int) { messages.push_back(m); };
+    for (const bool busy : { false, true }) {
+        SCOPED_TRACE(busy ? "busy" : "idle");
+        rig.h.pack->faults().busyPolls = busy ? 1000000 : 0;
+        std::string text;
+        (void)rig.h.driver().GetFile(9, text); // leaves the device busy, or not
+        messages.clear();
+        rig.h.port.clearWritten();
+        const auto start = rig.h.loop.milliseconds();
+
+        poll.tmrHeartbeat_Timer();
+
+        const std::string& sent = rig.h.port.written();
+        std::size_t statusReads = 0;
+        for (auto at = sent.find("/*T~3D"); at != std::string::npos; at = sent.find("/*T~3D", at + 1))
+            ++statusReads;
+        EXPECT_EQ(statusReads, 1u);
+        EXPECT_LT(rig.h.loop.milliseconds() - start, 1000) << "no wait for the device";
+        EXPECT_TRUE(messages.empty()) << "nothing to tell the user";
+        EXPECT_EQ(sent.find("/T~00~") != std::string::npos, !busy)
+            << "the command set is refreshed only when the device is not busy";
+    }
+}
+
+TEST_F(PollCycleTest, AFailedReadOfEitherStateFileClearsOnlyItsOwnStates)
+{
+    AppGlobals& g = rig.h.globals;
+    auto& files = rig.h.pack->model().files;
+    files.set("Internal Flags 2", 0x1); // ship mode
+    files.set("Algorithm Enable", files.get("Algorithm Enable") | 0x28); // wired and configured
+    struct Case {
+        const char* failing;
+        bool ship, wired;
+    };
+    for (const Case c : { Case { "none", true, true }, Case { "file 9", true, false } }) {
+        SCOPED_TRACE(c.failing);
+        if (std::string(c.failing) == "file 9")
+            rig.h.pack->faults().forcedStatus = 4; // the next request is the read of file 9
+        poll.UpdateDeviceBits();
+        EXPECT_EQ(g.gInternalFlag0, c.ship);
+        EXPECT_EQ(g.gAlgEnableBit3, c.wired);
+        EXPECT_EQ(g.gAlgEnableBit5, c.wired);
+        EXPECT_EQ(form.lblSHIP_BIT.caption(), c.wired ? "Ship" : "n/a");
+    }
+}
+
+TEST_F(PollCycleTest, TheParameterHelpEntryAndTheEditorsLinkWaitForTheTickWhilePolling)
+{
+    rig.h.globals.gTargetURL = "https://example.org/zk9460";
+    ASSERT_TRUE(form.mnuParameterHelp.enabled()) << "the entry is wired";
+    form.mnuParameterHelp.click();
+    EXPECT_EQ(rig.desktop.opened, std::vector<std::string> { rig.h.globals.gTargetURL });
+
+    form.mnuPollAllContinuously.click();
+    form.mnuParameterHelp.click();
+    rig.monitor->helpLink(); // the editor's help button
+    EXPECT_EQ(rig.desktop.opened.size(), 1u) << "nothing opens inside a sample";
+    EXPECT_TRUE(poll.pending(PendingCommand::HelpLink));
+    poll.tmrPollData_Timer();
+    EXPECT_EQ(rig.desktop.opened.size(), 2u) << "one pending command, served once";
+}
+
+TEST_F(PollCycleTest, ASampleFillsEveryValueOfTheDynamicTabWithoutAReadOfAll)
+{
+    rig.monitor->tabs.LoadTabs();
+    const auto& dynamic = form.lvParameters.at(0);
+    ASSERT_GT(dynamic.rowCount(), 10);
+    rig.h.globals.PollingActive = true;
+    chooseRate(1);
+    tick(1);
+    ASSERT_EQ(samples.size(), 1u);
+    for (const auto& row : dynamic.rows())
+        EXPECT_FALSE(row.subItems.empty() || row.subItems.at(0).empty()) << row.text << "is blank";
+}
+
 TEST_F(PollCycleTest, TheBatteryModeTimerRunsWithAlarmModeAndAsksAPollForTheCommandRefresh)
 {
     EXPECT_FALSE(poll.tmrBatteryMode().enabled()) << "AlarmMode is off";
@@ -251,6 +329,17 @@ TEST_F(PollCycleTest, TheBatteryModeTimerRunsWithAlarmModeAndAsksAPollForTheComm
     rig.h.globals.gTransport = kTransportUsbAdapter;
     form.enableAllCommands(true);
     EXPECT_FALSE(poll.tmrBatteryMode().enabled()) << "the USB adapter has no such timer";
+}
+
+TEST(DemoPoll, TheDemoStartMakesTheRowsThatThePollFills)
+{
+    MonitorRig rig;
+    ASSERT_TRUE(rig.h.connect());
+    rig.h.globals.gNodeCount = static_cast<std::uint8_t>(rig.h.driver().nodes.Count());
+    rig.h.globals.gDemo = true; // level 2 without a level read
+    rig.h.main().UserAccessLevel() = 2;
+    rig.form->LoadMainForm(rig.h.main());
+    EXPECT_GT(rig.form->lvParameters.at(0).rowCount(), 10) << "the Dynamic tab has its rows";
 }
 
 } // namespace

@@ -148,6 +148,10 @@ TEST_F(ConfigurationReaderTest, DamagedLinesAreResultFourWithTheirErrorBox)
     const Case cases[] {
         { line("A", "1") + "\nShort\t1\t2\n", false, "Error", Icon::Critical,
             "Error Description: Subscript out of range\r\nError Number: 9" },
+        { line("A", "1").substr(0, line("A", "1").rfind('\t')) + "\n", false, "Error", Icon::Critical,
+            "Error Description: Subscript out of range\r\nError Number: 9" }, // 32 columns: no FileIndex
+        { "Unit\t1\t2\t0x10\t0\t0\t1\t0\t2\t1\t0\t10\tmV\n", false, "Error", Icon::Critical,
+            "Error Description: Subscript out of range\r\nError Number: 9" }, // 13 columns
         { line("A", "1", "1\t2", "abc\t0\t1") + "\n", true, "File Error", Icon::None,
             "Error reading the select file. Please select a valid configuration file" },
         { line("A", "1", "256\t2") + "\n", false, "Error", Icon::Critical,
@@ -163,7 +167,7 @@ TEST_F(ConfigurationReaderTest, DamagedLinesAreResultFourWithTheirErrorBox)
         EXPECT_EQ(dialogs.lastShown().icon, c.icon);
         EXPECT_EQ(dialogs.lastShown().text, c.message);
     }
-    EXPECT_EQ(dialogs.shown().size(), 3U) << "one box a failure";
+    EXPECT_EQ(dialogs.shown().size(), std::size(cases)) << "one box a failure";
 }
 
 TEST_F(ConfigurationReaderTest, MissingFileShowsTheCriticalBoxWithoutTitle)
@@ -215,6 +219,17 @@ TEST_F(ConfigurationReaderTest, WriteThenReadGivesTheSameModel)
     const ParameterList cellBefore = nodes.Item(1)->NodeParameters;
 
     ASSERT_EQ(reader.writeConfig(kBothConfigFiles), kConfigRead);
+    dialogs.answerMessage(Answer::OK);
+    EXPECT_EQ(reader.ReadConfigurationFiles(), kConfigFailed)
+        << "a written file has no place in a device file (columns 29 to 32)";
+    for (const auto& path : { reader.GatewayConfigFileName, reader.NodeConfigFileName }) {
+        std::ifstream in(path, std::ios::binary);
+        std::string text, written;
+        while (std::getline(in, text))
+            written += text.substr(0, text.size() - 1) + "\t1\t3\t4\t7\r\n";
+        in.close();
+        write(path, written);
+    }
     ASSERT_EQ(reader.ReadConfigurationFiles(), kConfigRead);
 
     const auto fields = [](const clsSMBusParameter& p) {

@@ -143,10 +143,10 @@ TEST_F(HlkFaultTest, LostCutAndStuckReplies)
 
     const auto before = target.commands.size();
     auto stuck = openDongle({ .stuckRate = 1.0 });
-    std::string thirty;
-    for (int i = 0; i < 30; ++i)
-        thirty += "~FF";
-    EXPECT_EQ(stuck.receive("/*T~09\r", 0), thirty + "\r\n*");
+    EXPECT_EQ(stuck.receive("/*T~09\r", 0), "/SNA\r\n*") << "the acknowledge bit reads high";
+    EXPECT_EQ(stuck.receive("/R3\r", 0), "/MRC~FF~FF~FF\r\n*") << "all ones, the PEC too";
+    const std::string block = stuck.receive("/R~00\r", 0);
+    EXPECT_EQ(block.size(), std::string("/MRC").size() + 257 * 3 + 3) << "count 0xFF, 255 bytes, PEC";
     EXPECT_EQ(target.commands.size(), before) << "a stuck bus reaches no pack";
 }
 

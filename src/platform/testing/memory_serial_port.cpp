@@ -106,6 +106,7 @@ void MemorySerialPort::pull()
     if (!open_)
         return;
     open_ = false;
+    errorText_ = "No such device";
     received_.clear();
     raise(CommEvent::BreakOrError);
 }

@@ -117,6 +117,8 @@ bool ScriptedDialogs::printText(const std::string& documentName, const std::vect
 void ScriptedDialogs::notify(const std::string& title, const std::string& text, Icon icon)
 {
     notifications_.push_back({ title, text, icon });
+    if (onNotify)
+        onNotify(title, text);
 }
 
 } // namespace zv::platform

@@ -6,6 +6,7 @@
 #include "platform/dialogs.h"
 
 #include <deque>
+#include <functional>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -52,6 +53,8 @@ public:
     [[nodiscard]] const std::vector<ShownDialog>& shown() const { return shown_; }
     [[nodiscard]] const ShownDialog& lastShown() const;
     [[nodiscard]] const std::vector<Notification>& notifications() const { return notifications_; }
+    // Where a notification goes besides the record, as a desktop without a tray sends it on.
+    std::function<void(const std::string& title, const std::string& text)> onNotify;
     [[nodiscard]] std::size_t pendingAnswers() const { return answers_.size(); }
 
     Answer messageBox(const std::string& text, Buttons buttons, Icon icon, const std::string& title) override;
