@@ -235,11 +235,13 @@ int parseNumber(const std::string& text, const std::string& what, int lowest, in
 QStringList argumentList(const std::vector<std::string>& arguments, const Options& options)
 {
     const auto takesValue = [&](const std::string& argument) {
-        if (argument.size() < 2 || argument[0] != '-' || argument.find('=') != std::string::npos)
+        if (argument.size() < 2 || argument[0] != '-' || argument == "--"
+            || argument.find('=') != std::string::npos)
             return false;
         const QString name = QString::fromStdString(argument.substr(argument.find_first_not_of('-')));
         for (const auto* option : { &options.port, &options.usb, &options.home, &options.address,
-                 &options.node, &options.password, &options.format })
+                 &options.node, &options.password, &options.format, &options.count, &options.rate,
+                 &options.log, &options.comment, &options.dlog, &options.slog, &options.preserveCal })
             if (option->names().contains(name))
                 return true;
         return false;
@@ -251,6 +253,11 @@ QStringList argumentList(const std::vector<std::string>& arguments, const Option
     QStringList list;
     QStringList numbers;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (i > 0 && arguments[i] == "--") { // what follows is arguments already
+            for (++i; i < arguments.size(); ++i)
+                numbers << QString::fromStdString(arguments[i]);
+            break;
+        }
         const bool value = i > 1 && takesValue(arguments[i - 1]);
         (i > 0 && !value && negativeNumber(arguments[i]) ? numbers : list)
             << QString::fromStdString(arguments[i]);
