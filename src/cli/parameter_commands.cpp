@@ -36,6 +36,10 @@ void runGet(CliSession& session, const std::string& name, int node, std::ostream
         throw CliError("Reading \"" + parameter->ParameterName + "\" failed.");
     if (node > 0 && !isPerNodeFile(parameter->FileNumber))
         driver.Transfer.applyValue(*parameter, text);
+    if (parameter->value.isText() && parameter->value.text() == kValueOutsideFile)
+        throw CliError("\"" + parameter->ParameterName + "\" lies beyond the end of device file "
+            + std::to_string(parameter->FileNumber) + " (" + std::to_string(text.size() / 2)
+            + " bytes read); its value cannot be shown.");
     std::string value = parameter->ToString(0, driver.Parameters.display);
     value.erase(value.find_last_not_of(' ') + 1); // a parameter without a unit
     out << parameter->ParameterName << ": " << value << '\n';

@@ -84,9 +84,18 @@ int ConfigurationReader::parseFile(const std::string& path, FileKind kind)
     try {
         in = openForReading(path);
     } catch (const RuntimeError& error) {
-        return report(error);
+        if (error.number() == kErrorFileNotFound) {
+            dialogs_.messageBox("A required configuration file was not found\r\n" + path
+                    + "\r\nPlease contact Norvale Systems.",
+                platform::Buttons::OK, platform::Icon::Critical, "");
+            return kConfigFailed;
+        }
+        return report(RuntimeError(error.number(), std::string(error.what()) + " (" + path + ")"));
     }
-    return parseConfigText(in, kind);
+    readingFile_ = path;
+    const int result = parseConfigText(in, kind);
+    readingFile_.clear();
+    return result;
 }
 
 int ConfigurationReader::parseConfigText(std::istream& in, FileKind kind)
@@ -113,8 +122,10 @@ int ConfigurationReader::parseConfigText(std::istream& in, FileKind kind)
 void ConfigurationReader::parseLines(std::istream& in, ParameterList& list, FileKind kind)
 {
     int runningNumber = 1;
+    int lineNumber = 0;
     std::string line;
     while (readLine(in, line)) {
+        ++lineNumber;
         if (isConfigComment(line)) {
             if (const auto version = configVersionOf(line)) {
                 ConfigVersion = *version;
@@ -122,7 +133,18 @@ void ConfigurationReader::parseLines(std::istream& in, ParameterList& list, File
             continue;
         }
         clsSMBusParameter& parameter = list.Add(std::to_string(runningNumber));
-        readParameterColumns(line, parameter, locale);
+        try {
+            readParameterColumns(line, parameter, locale);
+        } catch (const RuntimeError& error) {
+            // The error names the file, the line and what it holds, so that a corrupt file is
+            // never taken for a fault of the hardware.
+            constexpr std::size_t kShownChars = 60;
+            const std::string where = (readingFile_.empty() ? std::string("line ") : readingFile_ + ", line ")
+                + std::to_string(lineNumber);
+            throw RuntimeError(error.number(),
+                std::string(error.what()) + " in " + where + ": \"" + line.substr(0, kShownChars)
+                    + (line.size() > kShownChars ? "...\"" : "\""));
+        }
         if (kind == FileKind::Gateway) {
             applyDirectoryLevels(parameter);
         }

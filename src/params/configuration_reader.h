@@ -71,6 +71,7 @@ private:
     ParameterList& gatewayParameters_;
     NodeList& nodes_;
     const DirectoryElements& directory_;
+    std::string readingFile_; // the file parseFile reads, named by the error of a line
 };
 
 } // namespace zv

@@ -365,8 +365,7 @@ void Application::reconnect()
     splash_.setStatus("Initializing communications...");
     loop_.processEvents();
     auto& detection = startup_.detection;
-    startup_.actOnDetection(
-        globals_.gDemo ? detection.DetectDemoTarget(false) : detection.DetectTarget(false));
+    startup_.actOnDetection(globals_.gDemo ? detection.DetectDemoTarget(false) : detection.ReconnectTarget());
 }
 
 void Application::endProgram()

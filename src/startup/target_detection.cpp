@@ -93,6 +93,15 @@ int detect::usbUnlockResult(int result)
     }
 }
 
+int TargetDetection::ReconnectTarget()
+{
+    if (!usb() && main_->CellWeft().SMBus_Init() != kLinkUp) {
+        ShowStartupFault(StartupFault::UnableToConnect);
+        return detect::kNoAnswer;
+    }
+    return DetectTarget(false);
+}
+
 int TargetDetection::DetectTarget(bool targetChosen)
 {
     auto& d = main_->CellWeft();
