@@ -28,6 +28,8 @@ Monitor::Monitor(MonitorContext monitorContext)
 Monitor::~Monitor()
 {
     context.main.hooks.broadcastAlarm = nullptr;
+    context.main.hooks.hlkPanel = nullptr;
+    context.main.hooks.restartCommStatusTimer = nullptr;
 }
 
 void Monitor::wireLoadSteps()
@@ -145,6 +147,11 @@ void Monitor::wireStatusPanes()
     f.lvFlags[kSafetyFlagsList].onColumnClick = [this](int column) { panes.showColumnMeanings(column); };
     f.SSTabFlags.onClick = [this] { panes.SSTabFlags_Click(); };
     context.main.hooks.broadcastAlarm = [this](int word) { panes.BroadcastAlarmReceived(word); };
+    context.main.hooks.hlkPanel = [this](LinkActivityPicture picture, const std::string& text) {
+        static constexpr const char* kPictures[] = { "netNone", "netRX", "netTX", "netBoth" };
+        poll.showLinkActivity(kPictures[static_cast<int>(picture)], text);
+    };
+    context.main.hooks.restartCommStatusTimer = [this] { poll.restartCommStatusTimer(); };
 }
 
 } // namespace zv

@@ -23,6 +23,7 @@ namespace {
 constexpr int kTickMs = 1000;
 constexpr int kHeartbeatMs = 60000;
 constexpr int kBatteryModeMs = 50000;
+constexpr int kCommStatusMs = 250;
 // Bounds the wait of a close for the last tick; a sample through all its retries stays well below.
 constexpr int kCloseWaitMs = 120000;
 constexpr int kDynamicFile = 1;
@@ -55,7 +56,17 @@ PollCycle::PollCycle(MonitorContext& context, ParameterTabs& tabs)
     , tmrPollData_(context.loop.createTimer())
     , tmrHeartbeat_(context.loop.createTimer())
     , tmrBatteryMode_(context.loop.createTimer())
+    , tmrCommStatus_(context.loop.createTimer())
 {
+    tmrCommStatus_->setInterval(kCommStatusMs);
+    tmrCommStatus_->onTick = [this] {
+        tmrCommStatus_->setEnabled(false);
+        if (c_.form.sbStatusBar.panelText(kHlkPanel) == "Lost Comms")
+            return;
+        c_.form.sbStatusBar.setPanelPicture(kHlkPanel, "netNone");
+        c_.form.sbStatusBar.setPanelText(kHlkPanel, "Idle");
+        c_.main.ClearRXTXFlags();
+    };
     tmrPollData_->setInterval(kTickMs);
     tmrPollData_->onTick = [this] { tmrPollData_Timer(); };
     tmrHeartbeat_->setInterval(kHeartbeatMs);
@@ -73,6 +84,18 @@ PollCycle::PollCycle(MonitorContext& context, ParameterTabs& tabs)
 }
 
 PollCycle::~PollCycle() = default;
+
+void PollCycle::showLinkActivity(const std::string& picture, const std::string& text)
+{
+    c_.form.sbStatusBar.setPanelPicture(kHlkPanel, picture);
+    c_.form.sbStatusBar.setPanelText(kHlkPanel, text);
+}
+
+void PollCycle::restartCommStatusTimer()
+{
+    tmrCommStatus_->setEnabled(false);
+    tmrCommStatus_->setEnabled(true);
+}
 
 void PollCycle::runBatteryModeTimer(bool on)
 {

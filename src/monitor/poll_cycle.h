@@ -95,6 +95,13 @@ public:
     platform::Timer& tmrPollData() { return *tmrPollData_; }
     platform::Timer& tmrHeartbeat() { return *tmrHeartbeat_; }
     platform::Timer& tmrBatteryMode() { return *tmrBatteryMode_; }
+    platform::Timer& tmrCommStatus() { return *tmrCommStatus_; }
+
+    // The "HLK" panel during link activity: the picture and "Communicating" at each transmit or
+    // receive, back to "Idle" 250 ms after the last one (tmrCommStatus) unless it reads
+    // "Lost Comms". After a lost link the first exchange of the recovery shows activity again.
+    void showLinkActivity(const std::string& picture, const std::string& text);
+    void restartCommStatusTimer();
 
     // The serial link's battery-mode timer: every 50 s of a poll it asks the next tick for the
     // refresh of the command states. disableAllCommands(true) stops it; enableAllCommands(true)
@@ -123,6 +130,7 @@ private:
     std::unique_ptr<platform::Timer> tmrPollData_;
     std::unique_ptr<platform::Timer> tmrHeartbeat_;
     std::unique_ptr<platform::Timer> tmrBatteryMode_;
+    std::unique_ptr<platform::Timer> tmrCommStatus_;
     std::array<bool, kPendingCommandCount> pending_ {};
     bool refreshPending_ = false;
     bool inTick_ = false;

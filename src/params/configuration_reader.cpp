@@ -13,6 +13,8 @@ namespace {
 
 constexpr const char* kMissingFileText = "A required configuration file was not found\r\n"
                                          "Please contact Norvale Systems.";
+const std::string kMissingFileLine = "A required configuration file was not found\r\n";
+constexpr const char* kContactLine = "Please contact Norvale Systems.";
 constexpr const char* kSelectedFileText
     = "Error reading the select file. Please select a valid configuration file";
 
@@ -84,13 +86,7 @@ int ConfigurationReader::parseFile(const std::string& path, FileKind kind)
     try {
         in = openForReading(path);
     } catch (const RuntimeError& error) {
-        if (error.number() == kErrorFileNotFound) {
-            dialogs_.messageBox("A required configuration file was not found\r\n" + path
-                    + "\r\nPlease contact Norvale Systems.",
-                platform::Buttons::OK, platform::Icon::Critical, "");
-            return kConfigFailed;
-        }
-        return report(RuntimeError(error.number(), std::string(error.what()) + " (" + path + ")"));
+        return report(namingFile(error, path));
     }
     readingFile_ = path;
     const int result = parseConfigText(in, kind);
@@ -221,7 +217,7 @@ bool ConfigurationReader::ReadAlarmConfiguration()
     try {
         in = openForReading(AlarmConfigFileName);
     } catch (const RuntimeError& error) {
-        report(error, false);
+        report(namingFile(error, AlarmConfigFileName), false);
         return false;
     }
     return readAlarmText(in);
@@ -244,6 +240,11 @@ bool ConfigurationReader::readAlarmText(std::istream& in)
     return true;
 }
 
+RuntimeError ConfigurationReader::namingFile(const RuntimeError& error, const std::string& path)
+{
+    return { error.number(), std::string(error.what()) + ": " + path };
+}
+
 int ConfigurationReader::report(const RuntimeError& error, bool parameterFile) const
 {
     using platform::Buttons;
@@ -252,7 +253,13 @@ int ConfigurationReader::report(const RuntimeError& error, bool parameterFile) c
         return kConfigObjectMissing;
     }
     if (error.number() == kErrorFileNotFound) {
-        dialogs_.messageBox(kMissingFileText, Buttons::OK, Icon::Critical, "");
+        // The error's description ends with the path of the file that is missing.
+        const std::string description = error.what();
+        const auto path = description.find(": ");
+        dialogs_.messageBox(path == std::string::npos
+                ? kMissingFileText
+                : kMissingFileLine + description.substr(path + 2) + "\r\n" + kContactLine,
+            Buttons::OK, Icon::Critical, "");
     } else if (packParameterMode && parameterFile) {
         dialogs_.messageBox(kSelectedFileText, Buttons::OK, Icon::None, "File Error");
     } else {

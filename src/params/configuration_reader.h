@@ -66,6 +66,8 @@ private:
     // Shows the box of the error and gives the result code. The /pp box stands only for the
     // parameter files.
     int report(const RuntimeError& error, bool parameterFile = true) const;
+    // The error with the path of its file after its description.
+    [[nodiscard]] static RuntimeError namingFile(const RuntimeError& error, const std::string& path);
 
     platform::Dialogs& dialogs_;
     ParameterList& gatewayParameters_;

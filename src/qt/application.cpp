@@ -81,6 +81,8 @@ Application::Application(std::vector<std::string> arguments)
             logs_.LogEvent(title.empty() ? text : title + ": " + text);
     };
     (void)binder_.bind(splash_, makeSplashForm());
+    if (!settings_.loadProblem().empty())
+        logs_.LogEvent(settings_.loadProblem());
 }
 
 Application::~Application()

@@ -183,6 +183,10 @@ bool TargetDetection::identifyTarget(const std::string& id)
     std::vector<std::string> names;
     for (const TargetRecord& target : table)
         names.push_back(target.Name);
+    if (const auto problem = targetTableProblem(s_.globals.gINIFile); !problem.empty()) {
+        s_.splash.showTargetChoice(problem, std::move(names));
+        return false;
+    }
     s_.splash.showTargetChoice(
         "The attached device is reporting an unsupported target application.\r\nTargetID = "
             + s_.globals.gTargetID + "\r\n" + kUnsupportedTarget,

@@ -7,8 +7,10 @@
 
 #include "frontends/link_faults.h"
 #include "frontends/usb_adapter.h"
+#include "support/child_process.h"
 #include "support/sim_harness.h"
 
+#include <chrono>
 #include <cstdio>
 #include <optional>
 
@@ -169,6 +171,7 @@ constexpr std::int64_t kSurviveBoundMs = 5000;
 
 const MatrixRow kRows[] = {
     { "noack:0.05", "5 %", true },
+    { "noack:0.2", "20 %", true },
     { "noack:1", "100 %", false, "/SNA", "did not acknowledge" },
     { "pec:0.05", "5 %", true },
     { "pec:1", "100 %", false, "Error in PEC", "PEC error" },
@@ -245,6 +248,36 @@ TEST(FaultMatrix, EachFaultIsSurvivedAtItsFieldRateAndReportedAtFullRate)
         }
     }
     std::printf("\n%s\n", table.c_str());
+}
+
+} // namespace
+} // namespace zv::test
+
+namespace zv::test {
+namespace {
+
+// The same at field rates once through the real programs: zentavia-packsim's dongle on a
+// pseudo-terminal, zentavia-cli reading a value through the real serial port. Waits only on the
+// children.
+TEST(FaultMatrix, TheRealProgramsReadThroughFieldFaultsOnAPseudoTerminal)
+{
+    const std::string faults = "noack:0.05,pec:0.05,alarm:0.05,busy:3";
+    ChildProcess packsim(ZENTAVIA_PACKSIM, { "--pty", "--faults", faults, "--seed", "7" });
+    ASSERT_TRUE(packsim.started());
+    const auto line = packsim.waitForLine("HLK dongle on ", 10000);
+    ASSERT_TRUE(line) << packsim.output() << packsim.errors();
+    const std::string device = line->substr(line->find("/dev/"));
+
+    const auto start = std::chrono::steady_clock::now();
+    ChildProcess cli(ZENTAVIA_CLI, { "--port", device, "get", "Pack Voltage" });
+    ASSERT_TRUE(cli.started());
+    const auto status = cli.waitForExit(120000);
+    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    ASSERT_TRUE(status) << "zentavia-cli did not end";
+    EXPECT_EQ(*status, 0) << cli.errors();
+    EXPECT_NE(cli.output().find("Pack Voltage: "), std::string::npos) << cli.output();
+    std::printf("\n%s %s %s %s %6.1f s  %s\n\n", cell(faults.c_str(), 38).c_str(), cell("pty", 10).c_str(),
+        cell(*status == 0 ? "ok" : "failed", 52).c_str(), "", seconds, *status == 0 ? "green" : "RED");
 }
 
 } // namespace

@@ -60,6 +60,9 @@ TEST_F(LinkRecoveryTest, ADongleUnpluggedAndPluggedBackIsFoundAgainByThePoll)
     EXPECT_GT(rig.h.port.openCount(), opensBefore) << "the port was opened again";
     EXPECT_FALSE(rig.form->lvGateway.rows().at(0).subItems.at(0).empty()) << "pack voltage shown";
     EXPECT_TRUE(rig.h.pack->commandSetOpen()) << "unlocked and the command set opened again";
+    rig.form->mnuStopPolling.click();
+    rig.h.loop.advance(2000);
+    EXPECT_EQ(rig.form->sbStatusBar.panelText(kHlkPanel), "Idle") << "the link panel quiet again";
 }
 
 TEST_F(LinkRecoveryTest, APackThatRestartedIsUnlockedAndReadAgain)
