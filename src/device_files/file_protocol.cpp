@@ -17,8 +17,9 @@ namespace zv {
 namespace {
 
 constexpr int kAttempts = 11; // a step gives up after the eleventh attempt
-// A request whose link failed is made again after the link was rebuilt, this many times in all.
-constexpr int kRequestRounds = 3;
+// A request whose link failed is made again once after the link was rebuilt (a pack that
+// restarted is back by then).
+constexpr int kRequestRounds = 2;
 constexpr int kExtraBytePauseMs = 250;
 constexpr int kIdlePauseMs = 10;
 constexpr int kResetRounds = 16;

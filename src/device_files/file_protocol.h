@@ -46,7 +46,7 @@ struct FileProtocolSettings {
     // Bound of a device that stays busy (status 255): the request fails with a clear message.
     int busyLimitMs = 10000;
     // Bound of one whole request, all retries and link rebuilds included.
-    int requestLimitMs = 20000;
+    int requestLimitMs = 15000;
 };
 
 // Where a demo run takes its files: section "Data", "File<n>" or for file 0 "Dir<offset>".

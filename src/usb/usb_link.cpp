@@ -126,14 +126,16 @@ void UsbLink::usbRelease()
     UsbAdapter_.reset();
 }
 
-int UsbLink::withRetries(const std::function<int()>& transfer, const std::function<std::string()>& logText,
-    bool transmitted, bool stopAfterFailure)
+int UsbLink::withRetries(std::uint8_t address, const std::function<int()>& transfer,
+    const std::function<std::string()>& logText, bool transmitted, bool stopAfterFailure)
 {
     if (!UsbAdapter_)
         return kUsbOk;
     const auto expired = [this] { return deadline && deadline->expired(s_.loop.milliseconds()); };
     int status = kUsbTimeout;
-    for (int attempt = 1; attempt <= kTries && !expired(); ++attempt) {
+    const bool target = address == targetAddress();
+    for (int attempt = 1; attempt <= (target && status == kUsbNoAck ? kNoAckTries : kTries) && !expired();
+         ++attempt) {
         status = transfer();
         if (s_.modemLog)
             s_.modemLog(logText(), transmitted);
@@ -148,25 +150,29 @@ int UsbLink::withRetries(const std::function<int()>& transfer, const std::functi
 
 int UsbLink::usbBlockRead(std::uint8_t address, std::uint8_t command, std::vector<std::uint8_t>& data)
 {
-    return withRetries([&] { return UsbAdapter_->ReadBlock(address, command, data); },
+    return withRetries(
+        address, [&] { return UsbAdapter_->ReadBlock(address, command, data); },
         [&] { return blockText(address, command, data); }, false);
 }
 
 int UsbLink::usbBlockWrite(std::uint8_t address, std::uint8_t command, std::span<const std::uint8_t> data)
 {
-    return withRetries([&] { return UsbAdapter_->WriteBlock(address, command, data); },
+    return withRetries(
+        address, [&] { return UsbAdapter_->WriteBlock(address, command, data); },
         [&] { return blockText(address, command, data); }, true, UsbNoBlockRetry);
 }
 
 int UsbLink::usbReadWord(std::uint8_t address, std::uint8_t command, std::uint8_t& high, std::uint8_t& low)
 {
-    return withRetries([&] { return UsbAdapter_->ReadWord(address, command, high, low); },
+    return withRetries(
+        address, [&] { return UsbAdapter_->ReadWord(address, command, high, low); },
         [&] { return wordText(address, command, low, high); }, false);
 }
 
 int UsbLink::usbWriteWord(std::uint8_t address, std::uint8_t command, std::uint8_t low, std::uint8_t high)
 {
-    return withRetries([&] { return UsbAdapter_->WriteWord(address, command, low, high); },
+    return withRetries(
+        address, [&] { return UsbAdapter_->WriteWord(address, command, low, high); },
         [&] { return wordText(address, command, low, high); }, true);
 }
 

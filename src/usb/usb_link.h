@@ -82,6 +82,10 @@ public:
     [[nodiscard]] const Scaling& scaling() const { return scaling_; }
 
     static constexpr int kTries = 3;
+    // The target (at gAddress7) that does not acknowledge (status 1) is busy or restarting: it gets
+    // the attempts of the dongle's ladder, still 25 ms apart and within the operation's deadline.
+    // Another address that does not answer (a bus scan) keeps the three tries.
+    static constexpr int kNoAckTries = 11;
     int UsbRetryDelay = 25;
     std::string UsbVersionText;
     bool UsbNoBlockRetry = false; // set while the firmware loader writes blocks
@@ -92,8 +96,8 @@ public:
 
 private:
     // Up to three tries of one transfer; stops early on success or when stopAfterFailure.
-    int withRetries(const std::function<int()>& transfer, const std::function<std::string()>& logText,
-        bool transmitted, bool stopAfterFailure = false);
+    int withRetries(std::uint8_t address, const std::function<int()>& transfer,
+        const std::function<std::string()>& logText, bool transmitted, bool stopAfterFailure = false);
     [[nodiscard]] bool writeManufacturerAccess(int word);
     [[nodiscard]] int queryManufacturerAccess(int request, int requestFailed, int answerUnreadable);
     void targetOperationDone();

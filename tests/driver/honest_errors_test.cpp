@@ -113,8 +113,8 @@ TEST(HonestErrorsTest, ADeadLinkEndsARequestWithinItsBoundAndSaysWhy)
     std::string text;
     EXPECT_FALSE(sim.driver().GetFile(1, text));
     const auto took = sim.loop.milliseconds() - start;
-    EXPECT_GE(took, 20000) << "the request tried for its whole bound";
-    EXPECT_LE(took, 22000) << "and no longer";
+    EXPECT_GE(took, 15000) << "the request tried for its whole bound";
+    EXPECT_LE(took, 17000) << "and no longer";
     ASSERT_FALSE(errors.empty());
     EXPECT_NE(errors.back().find("request for file 1"), std::string::npos) << errors.back();
     EXPECT_NE(errors.back().find("Timeout waiting for response"), std::string::npos) << errors.back();

@@ -163,9 +163,9 @@ struct MatrixRow {
     bool recovers = false; // the poll's recovery between samples is part of the operation
 };
 
-// Bound of a failing sample: the request limit (20 s), the rebuild of the link and the pause
+// Bound of a failing sample: the request limit (15 s), the rebuild of the link and the pause
 // before the sample.
-constexpr std::int64_t kFailBoundMs = 25000;
+constexpr std::int64_t kFailBoundMs = 20000;
 // A surviving sample, a second after the one before: retries and a pack restart included.
 constexpr std::int64_t kSurviveBoundMs = 5000;
 

@@ -153,7 +153,7 @@ TEST_F(ConfigurationReaderTest, DamagedLinesAreResultFourWithTheirErrorBox)
             "Error reading the select file. Please select a valid configuration file" },
         { line("A", "1", "256\t2") + "\n", false, "Error", Icon::Critical,
             "Error Description: Overflow in " + reader.GatewayConfigFileName + ", line 1: \""
-                + line("A", "1", "256\t2") + "\"\r\nError Number: 6" },
+                + line("A", "1", "256\t2").substr(0, 60) + "...\"\r\nError Number: 6" },
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.message);
