@@ -17,9 +17,9 @@ namespace zv {
 namespace {
 
 constexpr int kAttempts = 11; // a step gives up after the eleventh attempt
-// A request whose link failed is made again once after the link was rebuilt (a pack that
-// restarted is back by then).
-constexpr int kRequestRounds = 2;
+// A request whose link failed is made again after the link was rebuilt, up to twice: a pack that
+// restarts is silent for about two seconds, longer than one rebuild over the USB adapter takes.
+constexpr int kRequestRounds = 3;
 constexpr int kExtraBytePauseMs = 250;
 constexpr int kIdlePauseMs = 10;
 constexpr int kResetRounds = 16;

@@ -57,7 +57,7 @@ TEST(HonestErrorsTest, PaceAndBoundsOutsideTheirRangeAreRefusedByName)
         { "T_sts_to_sts", "-5", 5, true },
         { "T_sts_to_sts", "abc", 5, true },
         { "T_busy_limit", "2500", 2500, false },
-        { "T_request_limit", "99", 20000, true },
+        { "T_request_limit", "99", 15000, true },
         { "MAX_BLOCK_TRANSFER", "1e3", 128, true },
     };
     for (const Case& c : cases) {
