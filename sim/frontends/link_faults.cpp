@@ -1,6 +1,7 @@
 #include "frontends/link_faults.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <vector>
 
@@ -13,7 +14,7 @@ std::optional<double> parseNumber(std::string_view text)
     double value = 0.0;
     const char* end = text.data() + text.size();
     auto [ptr, ec] = std::from_chars(text.data(), end, value);
-    if (text.empty() || ec != std::errc() || ptr != end)
+    if (text.empty() || ec != std::errc() || ptr != end || !std::isfinite(value))
         return std::nullopt;
     return value;
 }
@@ -72,8 +73,8 @@ std::string applyItem(std::string_view name, std::string_view valueText, FaultPl
     }
     if (name == "pull") {
         const auto seconds = parseNumber(valueText);
-        if (!seconds || *seconds < 0.0)
-            return "fault '" + item + "': pull needs the seconds after the start (0 or more)";
+        if (!seconds || *seconds < 0.0 || *seconds > kMaxFaultSeconds)
+            return "fault '" + item + "': pull needs the seconds after the start (0 to 31536000)";
         plan.link.pullAfterMs = static_cast<std::int64_t>(*seconds * 1000.0);
         return {};
     }

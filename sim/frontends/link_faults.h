@@ -21,6 +21,9 @@ struct LinkFaults {
     std::optional<std::int64_t> pullAfterMs; // the pack is pulled this long after the start
 };
 
+// The longest time an option or fault takes, in seconds (a year).
+inline constexpr double kMaxFaultSeconds = 31536000.0;
+
 struct FaultPlan {
     LinkFaults link;
     DeviceFaults device;

@@ -1,6 +1,7 @@
 #include "packsim/packsim_options.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <functional>
 #include <map>
@@ -24,12 +25,14 @@ std::optional<long long> parseInteger(std::string_view text, int base = 10)
     return value;
 }
 
+// Seconds from 0 to a year: "inf", "nan" and larger numbers would overflow the milliseconds.
 std::optional<double> parseSeconds(std::string_view text)
 {
     double value = 0.0;
     const char* end = text.data() + text.size();
     auto [ptr, ec] = std::from_chars(text.data(), end, value);
-    if (text.empty() || ec != std::errc() || ptr != end || value < 0.0)
+    if (text.empty() || ec != std::errc() || ptr != end || !std::isfinite(value) || value < 0.0
+        || value > kMaxFaultSeconds)
         return std::nullopt;
     return value;
 }
@@ -139,7 +142,7 @@ const std::map<std::string_view, ValueOption>& valueOptions()
             [](std::string_view text, PackSimOptions& o) {
                 const auto seconds = parseSeconds(text);
                 if (!seconds)
-                    return std::string("--alarm-every needs seconds (0 or more)");
+                    return std::string("--alarm-every needs seconds from 0 to 31536000");
                 o.pack.alarmPeriodMs = static_cast<std::int64_t>(*seconds * 1000.0);
                 return std::string();
             } },

@@ -237,6 +237,8 @@ void CliSession::identify()
         globals_.gTargetID = targetIdText(id);
     }
     const auto record = findTargetById(readTargetTable(globals_.gINIFile), globals_.gTargetID);
+    if (const auto problem = targetTableProblem(globals_.gINIFile); !record && !problem.empty())
+        throw startupFault(problem, detect::kUnknownTarget);
     if (!record)
         throw startupFault("The attached device is reporting an unsupported target application.\nTargetID = "
                 + globals_.gTargetID,

@@ -18,6 +18,8 @@ int main(int argc, char* argv[])
     QCoreApplication::setOrganizationName("Norvale Systems");
 
     const zv::platform::IniSettingsStore userSettings(zv::platform::IniSettingsStore::defaultPath());
+    if (!userSettings.loadProblem().empty())
+        std::cerr << userSettings.loadProblem() << '\n';
     zv::cli::CliSettingsStore settings(userSettings);
     zv::platform::QtEventLoop loop;
     zv::platform::QtSerialPort port(settings);

@@ -48,6 +48,10 @@ void runGet(CliSession& session, const std::string& name, int node, bool raw, st
         throw CliError("Reading \"" + parameter->ParameterName + "\" failed.");
     if (node > 0 && !isPerNodeFile(parameter->FileNumber))
         driver.Transfer.applyValue(*parameter, text);
+    if (parameter->value.isText() && parameter->value.text() == kValueOutsideFile)
+        throw CliError("\"" + parameter->ParameterName + "\" lies beyond the end of device file "
+            + std::to_string(parameter->FileNumber) + " (" + std::to_string(text.size() / 2)
+            + " bytes read); its value cannot be shown.");
     const DisplaySettings& display = driver.Parameters.display;
     std::string value = raw ? parameter->value.toText(display.locale) : displayText(*parameter, display);
     value.erase(value.find_last_not_of(' ') + 1); // a parameter without a unit

@@ -42,6 +42,8 @@ constexpr std::string_view kLoggingFolder = "Data Logging Files";
         SettingDefinition { "T_cmd_to_sts", "1", ReadAt::OnUse },
         SettingDefinition { "T_sts_to_sts", "5", ReadAt::OnUse },
         SettingDefinition { "MAX_BLOCK_TRANSFER", "128", ReadAt::OnUse },
+        SettingDefinition { "T_busy_limit", "10000", ReadAt::OnUse },
+        SettingDefinition { "T_request_limit", "15000", ReadAt::OnUse },
         SettingDefinition { "ModemLogTop", "0", ReadAt::OnUse },
         SettingDefinition { "ModemLogLeft", "0", ReadAt::OnUse },
         SettingDefinition { "ModemLogWidth", "7000", ReadAt::OnUse },

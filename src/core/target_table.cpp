@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
 
 namespace zv {
 
@@ -95,6 +97,16 @@ void applyTarget(AppGlobals& globals, const TargetRecord& target)
     globals.gTargetURL = target.URL;
     globals.gTargetREF = target.REF;
     globals.gTargetFS = target.FS;
+}
+
+std::string targetTableProblem(const std::string& iniFile)
+{
+    std::error_code error;
+    if (!std::filesystem::exists(iniFile, error))
+        return "The program file " + iniFile + " was not found; the targets cannot be identified.";
+    if (std::filesystem::is_directory(iniFile, error) || !std::ifstream(iniFile))
+        return "The program file " + iniFile + " cannot be read; the targets cannot be identified.";
+    return {};
 }
 
 } // namespace zv

@@ -30,6 +30,9 @@ struct TargetRecord {
 // The records in order; NumberOfTargets 0 or missing gives none, a section missing from the file
 // a record of empty fields.
 [[nodiscard]] std::vector<TargetRecord> readTargetTable(const std::string& iniFile);
+// Empty when the INI file can be read; else the text that names it and says what is wrong, so
+// that a missing program file is not taken for an unknown target.
+[[nodiscard]] std::string targetTableProblem(const std::string& iniFile);
 // The first record whose ID equals the id (compared as text), or whose Name equals the name.
 [[nodiscard]] std::optional<TargetRecord> findTargetById(
     const std::vector<TargetRecord>& table, std::string_view id);

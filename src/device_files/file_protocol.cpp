@@ -17,6 +17,9 @@ namespace zv {
 namespace {
 
 constexpr int kAttempts = 11; // the eleventh attempt of a step counts as failed
+// A request whose link failed is made again after the link was rebuilt, up to twice: a pack that
+// restarts is silent for about two seconds, longer than one rebuild over the USB adapter takes.
+constexpr int kRequestRounds = 3;
 constexpr int kExtraBytePauseMs = 250;
 constexpr int kIdlePauseMs = 10;
 constexpr int kResetRounds = 16;
@@ -25,8 +28,6 @@ constexpr int kUsbLastBlockPauseMs = 1000;
 constexpr int kUsbWriteWaitRoundMs = 1000;
 const std::string kStatusLine = "/*T~3D\r/R3\r";
 const std::string kReadLine = "/*T~3F\r/R~00\r";
-constexpr std::size_t kMrcFirstPair = 5; // "/MRC~" then the first pair
-constexpr std::size_t kMrcPairStride = 3;
 
 std::string toHex(const std::vector<std::uint8_t>& bytes)
 {
@@ -35,14 +36,6 @@ std::string toHex(const std::vector<std::uint8_t>& bytes)
     for (const auto b : bytes)
         text += platform::byteHex(b);
     return text;
-}
-
-std::optional<std::uint8_t> mrcPair(const std::string& reply, std::size_t index)
-{
-    const auto at = reply.find("/MRC");
-    if (at == std::string::npos)
-        return std::nullopt;
-    return hlk::hexPairAt(reply, at + kMrcFirstPair + index * kMrcPairStride);
 }
 
 } // namespace
@@ -63,7 +56,7 @@ std::vector<std::uint8_t> FileProtocol::requestBlock(const FileRequest& r) const
 bool FileProtocol::sendWithRetries(const std::string& line, const std::string& expected, int segments,
     const char* stepName, std::string& reply)
 {
-    for (int attempt = 1; attempt <= kAttempts; ++attempt) {
+    for (int attempt = 1; attempt <= kAttempts && !expired(); ++attempt) {
         // The step fails once all eleven attempts were used, even when the last one answered.
         if (s_.link.i2c_send_receive(line, expected, reply, segments) && attempt < kAttempts)
             return true;
@@ -72,9 +65,22 @@ bool FileProtocol::sendWithRetries(const std::string& line, const std::string& e
                 std::string("Function ") + stepName + " did not receive the expected response",
                 platform::Buttons::OK, platform::Icon::Exclamation, "Debug Breakpoint Active");
     }
-    if (s_.reInit)
+    noteLinkFailure();
+    if (s_.reInit && !expired())
         (void)s_.reInit();
     return false;
+}
+
+void FileProtocol::noteLinkFailure()
+{
+    linkFailed_ = true;
+    // The first cause of a request tells what went wrong; later ones come from rebuilding the link.
+    if (!linkCause_.empty())
+        return;
+    std::string cause = usb() ? usbStatusText(usb()->lastStatus) : s_.link.lastError();
+    std::ranges::replace(cause, '\r', ' ');
+    std::ranges::replace(cause, '\n', ' ');
+    linkCause_ = cause;
 }
 
 void FileProtocol::noResponse()
@@ -99,13 +105,12 @@ FileProtocol::Status FileProtocol::FileStatusOnly(const char* stepName)
     std::string reply;
     if (!sendWithRetries(kStatusLine, "", 2, stepName, reply))
         return {};
-    const auto status = mrcPair(reply, 0);
-    const auto extra = mrcPair(reply, 1);
-    if (!status || !extra) {
+    const auto status = parseStatusReply(reply);
+    if (!status) {
         noResponse();
         return {};
     }
-    return { true, *status, *extra };
+    return { true, status->status, status->extra };
 }
 
 FileProtocol::Status FileProtocol::waitWhileBusy(int file, int pauseMs, const char* stepName)
@@ -115,6 +120,10 @@ FileProtocol::Status FileProtocol::waitWhileBusy(int file, int pauseMs, const ch
         const auto st = FileStatusOnly(stepName);
         if (!st.ok || st.status != kFileStatusBusy)
             return st;
+        if (expired()) {
+            noteLinkFailure();
+            return {};
+        }
         if (s_.loop.milliseconds() >= deadline) {
             s_.events.FileAccessStatus(kBusyTooLongMessage, file);
             return {};
@@ -138,46 +147,47 @@ FileProtocol::Status FileProtocol::FileStatus(const FileRequest& request)
         }());
     line += "\r";
 
-    const auto deadline = s_.loop.milliseconds() + settings_.busyLimitMs;
+    std::string reply;
+    if (!sendWithRetries(line, "/MTC", 1, "FileStatus", reply))
+        return {};
+    s_.loop.sleep(settings_.T_cmd_to_sts);
+    // The status that answers the request. A busy device is read again every T_sts_to_sts until
+    // the busy bound; only replies that do not come count against the eleven attempts, so a
+    // device that is busy for a while is waited out without sending the request again.
+    const auto busyDeadline = s_.loop.milliseconds() + settings_.busyLimitMs;
+    int failures = 0;
     for (;;) {
-        std::string reply;
-        if (!sendWithRetries(line, "/MTC", 1, "FileStatus", reply))
-            return {};
-        s_.loop.sleep(settings_.T_cmd_to_sts);
-        Status st;
-        for (int attempt = 1; attempt <= kAttempts; ++attempt) {
-            std::string statusReply;
-            if (s_.link.i2c_send_receive(kStatusLine, "", statusReply, 2)) {
-                const auto status = mrcPair(statusReply, 0);
-                const auto extra = mrcPair(statusReply, 1);
-                if (!status || !extra) {
-                    noResponse();
-                    return {};
-                }
-                st = { true, *status, *extra };
-                if (st.status != kFileStatusBusy) {
-                    if (attempt < kAttempts)
-                        return st;
-                    st = {}; // an answer to the eleventh attempt still counts as failed
-                }
-            } else {
-                st = {};
-                if (s_.breakOnError)
-                    s_.dialogs.messageBox("Function FileStatus did not receive the expected response",
-                        platform::Buttons::OK, platform::Icon::Exclamation, "Debug Breakpoint Active");
+        std::string statusReply;
+        if (s_.link.i2c_send_receive(kStatusLine, "", statusReply, 2)) {
+            const auto status = parseStatusReply(statusReply);
+            if (!status) {
+                noResponse();
+                return {};
             }
-            s_.loop.sleep(settings_.T_cmd_to_sts);
+            if (failures == kAttempts - 1) { // an answer to the eleventh attempt still counts as failed
+                noteLinkFailure();
+                return {};
+            }
+            if (status->status != kFileStatusBusy)
+                return { true, status->status, status->extra };
+            if (s_.loop.milliseconds() >= busyDeadline) {
+                s_.events.FileAccessStatus(kBusyTooLongMessage, request.file);
+                return {};
+            }
+            s_.loop.sleep(settings_.T_sts_to_sts);
+            s_.loop.processEvents();
+            continue;
         }
-        if (!st.ok) {
-            if (s_.reInit)
+        if (s_.breakOnError)
+            s_.dialogs.messageBox("Function FileStatus did not receive the expected response",
+                platform::Buttons::OK, platform::Icon::Exclamation, "Debug Breakpoint Active");
+        if (++failures >= kAttempts || expired()) {
+            noteLinkFailure();
+            if (s_.reInit && !expired())
                 (void)s_.reInit();
             return {};
         }
-        // Still busy after every attempt: the request goes again, within the busy bound.
-        if (s_.loop.milliseconds() >= deadline) {
-            s_.events.FileAccessStatus(kBusyTooLongMessage, request.file);
-            return {};
-        }
+        s_.loop.sleep(settings_.T_cmd_to_sts);
     }
 }
 
@@ -186,25 +196,14 @@ bool FileProtocol::FileRead(std::vector<std::uint8_t>& data)
     std::string reply;
     if (!sendWithRetries(kReadLine, "", 2, "FileRead", reply))
         return false;
-    const auto count = mrcPair(reply, 0);
-    if (!count) {
+    auto bytes = parseDataReply(reply);
+    if (!bytes) {
         noResponse();
         return false;
     }
-    data.clear();
-    if (*count == 0) {
-        if (s_.reInit)
-            (void)s_.reInit();
-        return true;
-    }
-    for (std::size_t i = 1; i <= *count; ++i) {
-        const auto b = mrcPair(reply, i);
-        if (!b) {
-            noResponse();
-            return false;
-        }
-        data.push_back(*b);
-    }
+    data = std::move(*bytes);
+    if (data.empty() && s_.reInit)
+        (void)s_.reInit();
     return true;
 }
 
@@ -236,11 +235,55 @@ FileReply FileProtocol::demoRequest(const FileRequest& request) const
     return reply;
 }
 
+std::string requestAbandonedMessage(int file, std::int64_t elapsedMs, const std::string& cause)
+{
+    return "The link to the device failed: the request for file " + std::to_string(file)
+        + " was abandoned after " + std::to_string(elapsedMs)
+        + " ms: " + (cause.empty() ? "no answer" : cause);
+}
+
+bool FileProtocol::expired() const
+{
+    return s_.link.deadline.expired(s_.loop.milliseconds());
+}
+
 FileReply FileProtocol::FileAccessRequest(const FileRequest& request)
 {
     if (s_.demo)
         return demoRequest(request);
+    // A firmware download in block mode keeps its own pace: its blocks are not bounded as one.
+    if (request.access == 1 && request.blockSize != 0)
+        return requestOnce(request);
+    const auto start = s_.loop.milliseconds();
+    const LinkDeadline::Scope scope(s_.link.deadline, start, settings_.requestLimitMs);
+    FileReply reply;
+    linkCause_.clear();
+    for (int round = 0; round < kRequestRounds; ++round) {
+        linkFailed_ = false;
+        reply = requestOnce(request);
+        if (reply.ok || !linkFailed_ || expired() || (!usb() && !s_.link.portOpen()))
+            break;
+        // The link failed part-way (replies lost, a pack that restarted and forgot the request):
+        // the failing step rebuilt the link on the dongle; the adapter is rebuilt here. Then the
+        // whole request goes again, within the same bound.
+        if (usb() && s_.reInit)
+            (void)s_.reInit();
+    }
+    if (!reply.ok && linkFailed_)
+        s_.link.SMBusRaiseError(
+            kErrTimeout, requestAbandonedMessage(request.file, s_.loop.milliseconds() - start, linkCause_));
+    return reply;
+}
+
+FileReply FileProtocol::requestOnce(const FileRequest& request)
+{
     UsbLink* const link = usb();
+    // A port that the device's going away closed is opened again first, rather than failing
+    // every attempt of every step; when it cannot be, the request fails at once.
+    if (!link && !s_.link.portOpen() && !(s_.reInit && s_.reInit() && s_.link.portOpen())) {
+        noteLinkFailure();
+        return {};
+    }
 
     // Step 1: the device must not be busy; a bad status here answers an earlier request.
     const auto idle = link ? usbStatus(*link, request.file)
@@ -260,8 +303,11 @@ FileReply FileProtocol::FileAccessRequest(const FileRequest& request)
         std::vector<std::uint8_t> data;
         const bool read = link ? link->usbBlockRead(link->targetAddress(), smbus::kFileRead, data) == kUsbOk
                                : FileRead(data);
-        if (!read)
+        if (!read) {
+            if (link)
+                noteLinkFailure();
             return {};
+        }
         return { true, toHex(data), accepted.status, accepted.extra };
     }
     if (link)
@@ -293,8 +339,11 @@ FileProtocol::Status FileProtocol::usbStatus(UsbLink& usb, int file)
     std::uint8_t status = 0;
     std::uint8_t extra = 0;
     if (usb.usbWaitIdleStatus(status, extra) != 0) {
+        // Busy to the end, or the status could not be read at all: only the first is the device's.
         if (status == kFileStatusBusy)
             s_.events.FileAccessStatus(kBusyTooLongMessage, file);
+        else
+            noteLinkFailure();
         return {};
     }
     return { true, status, extra };
@@ -302,8 +351,10 @@ FileProtocol::Status FileProtocol::usbStatus(UsbLink& usb, int file)
 
 FileProtocol::Status FileProtocol::usbFileStatus(UsbLink& usb, const FileRequest& request)
 {
-    if (usb.usbBlockWrite(usb.targetAddress(), smbus::kFileAccess, requestBlock(request)) != kUsbOk)
+    if (usb.usbBlockWrite(usb.targetAddress(), smbus::kFileAccess, requestBlock(request)) != kUsbOk) {
+        noteLinkFailure();
         return {};
+    }
     s_.loop.sleep(settings_.T_cmd_to_sts);
     return usbStatus(usb, request.file);
 }
@@ -312,8 +363,10 @@ FileReply FileProtocol::usbWrite(UsbLink& usb, const FileRequest& request, int s
 {
     if (request.blockSize != 0)
         return usbBootLoader(usb, request, extra);
-    if (usb.usbBlockWrite(usb.targetAddress(), smbus::kFileWrite, request.data) != kUsbOk)
+    if (usb.usbBlockWrite(usb.targetAddress(), smbus::kFileWrite, request.data) != kUsbOk) {
+        noteLinkFailure();
         return {};
+    }
     // No status poll after a write on the adapter: the wait is slept in whole seconds.
     for (int round = 0; round < request.writeWait / kUsbWriteWaitRoundMs; ++round)
         s_.loop.wait(kUsbWriteWaitRoundMs);

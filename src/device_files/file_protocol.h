@@ -46,6 +46,8 @@ struct FileProtocolSettings {
     int MAX_BLOCK_TRANSFER = 128;
     // Bound of a device that stays busy (status 255): the request fails with a clear message.
     int busyLimitMs = 10000;
+    // Bound of one whole request, all retries and link rebuilds included.
+    int requestLimitMs = 15000;
 };
 
 // Where a demo run takes its files: section "Data", "File<n>" or for file 0 "Dir<offset>".
@@ -65,6 +67,8 @@ struct FileProtocolServices {
 
 inline constexpr const char* kBusyTooLongMessage
     = "The device stayed busy too long; the request was abandoned";
+// A request whose link failed and could not be rebuilt: how long it tried and the last cause.
+[[nodiscard]] std::string requestAbandonedMessage(int file, std::int64_t elapsedMs, const std::string& cause);
 
 class FileProtocol {
 public:
@@ -92,6 +96,9 @@ private:
         int extra = 0;
     };
     [[nodiscard]] FileReply demoRequest(const FileRequest& request) const;
+    // One pass of the request: status, request, data.
+    [[nodiscard]] FileReply requestOnce(const FileRequest& request);
+    [[nodiscard]] bool expired() const;
     [[nodiscard]] Status FileStatusOnly(const char* stepName);
     [[nodiscard]] Status waitWhileBusy(int file, int pauseMs, const char* stepName);
     [[nodiscard]] Status FileStatus(const FileRequest& request);
@@ -118,6 +125,10 @@ private:
 
     FileProtocolServices s_;
     FileProtocolSettings settings_;
+    // Set by a step that failed on the link (as opposed to a status the device gave).
+    bool linkFailed_ = false;
+    std::string linkCause_; // what the failing step last saw, before the link was rebuilt
+    void noteLinkFailure();
 };
 
 } // namespace zv

@@ -1,5 +1,7 @@
 #include "device_files/file_status.h"
 
+#include "link/hlk_text.h"
+
 #include <cstdio>
 
 namespace zv {
@@ -46,6 +48,46 @@ const char* fixedMessage(int status)
 }
 
 } // namespace
+
+namespace {
+
+constexpr std::size_t kMrcFirstPair = 5; // "/MRC~" then the first pair
+constexpr std::size_t kMrcPairStride = 3;
+
+std::optional<std::uint8_t> mrcPair(std::string_view reply, std::size_t index)
+{
+    const auto at = reply.find("/MRC");
+    if (at == std::string_view::npos)
+        return std::nullopt;
+    return hlk::hexPairAt(reply, at + kMrcFirstPair + index * kMrcPairStride);
+}
+
+} // namespace
+
+std::optional<StatusReply> parseStatusReply(std::string_view reply)
+{
+    const auto status = mrcPair(reply, 0);
+    const auto extra = mrcPair(reply, 1);
+    if (!status || !extra)
+        return std::nullopt;
+    return StatusReply { *status, *extra };
+}
+
+std::optional<std::vector<std::uint8_t>> parseDataReply(std::string_view reply)
+{
+    const auto count = mrcPair(reply, 0);
+    if (!count)
+        return std::nullopt;
+    std::vector<std::uint8_t> data;
+    data.reserve(*count);
+    for (std::size_t i = 1; i <= *count; ++i) {
+        const auto b = mrcPair(reply, i);
+        if (!b)
+            return std::nullopt;
+        data.push_back(*b);
+    }
+    return data;
+}
 
 FileStatusVerdict CheckFileStatus(int status)
 {

@@ -1,10 +1,10 @@
 #include "driver/cellweft.h"
 
 #include "core/globals.h"
+#include "core/setting_limits.h"
 #include "core/settings_table.h"
 #include "link/cellweft_events.h"
 #include "platform/event_loop.h"
-#include "platform/val.h"
 #include "usb/usb_adapter_factory.h"
 
 #include <filesystem>
@@ -17,7 +17,7 @@ constexpr int kReInitPauseMs = 1000;
 
 int settingNumber(const platform::SettingsStore& store, std::string_view name, const std::string& folder)
 {
-    return static_cast<int>(Val(readSetting(store, name, folder)));
+    return static_cast<int>(readBoundedSetting(store, name, folder).value);
 }
 
 FileProtocolSettings fileSettings(const platform::SettingsStore& store, const std::string& folder)
@@ -26,6 +26,8 @@ FileProtocolSettings fileSettings(const platform::SettingsStore& store, const st
     settings.T_cmd_to_sts = settingNumber(store, "T_cmd_to_sts", folder);
     settings.T_sts_to_sts = settingNumber(store, "T_sts_to_sts", folder);
     settings.MAX_BLOCK_TRANSFER = settingNumber(store, "MAX_BLOCK_TRANSFER", folder);
+    settings.busyLimitMs = settingNumber(store, "T_busy_limit", folder);
+    settings.requestLimitMs = settingNumber(store, "T_request_limit", folder);
     return settings;
 }
 
@@ -70,6 +72,11 @@ clsCellWeft::clsCellWeft(CellWeftServices services, CellWeftEvents& events)
     Parameters.display.locale = NumberLocale { s_.globals.gDecimalSep };
     Config.locale = Parameters.display.locale;
     Config.packParameterMode = s_.globals.gAltConfigPrompt;
+    Usb.deadline = &Link.deadline;
+    // A pace or bound out of its range was refused for its default: said once, in the event log.
+    if (s_.logEvent)
+        for (const auto& problem : settingLimitProblems(s_.settings, s_.programFolder))
+            s_.logEvent(problem);
 }
 
 int clsCellWeft::SMBus_Init()
@@ -140,6 +147,18 @@ bool clsCellWeft::reInit(bool quiet)
             info("Error: Unlocking the target failed.");
         if (!Usb.usbEnableUlmarCommandSet())
             info("Error: Enabling command set failed.");
+    } else if (!Link.portOpen()) {
+        // The device node went away and closed the port: open it again, which also resets and
+        // configures the dongle.
+        if (Link.SMBus_Init() != kLinkUp) {
+            info("Lost of communications between the PC and Dongle");
+            return false;
+        }
+        if (Bus.UnlockDevice() != 0)
+            info("The dongle was detected but the hardware is not responding. Error: Unlock failed.");
+        if (!Bus.EnableUlmarCommandSet())
+            info("The dongle was detected but the hardware is not responding. Error: Enabling command set "
+                 "failed.");
     } else {
         Link.ResetHLK();
         if (!Link.ConfigureHLK()) {
@@ -155,6 +174,15 @@ bool clsCellWeft::reInit(bool quiet)
     if (s_.mainWindowActive && s_.mainWindowActive() && s_.linkRecovered)
         s_.linkRecovered();
     return true;
+}
+
+bool clsCellWeft::RecoverLink()
+{
+    if (s_.globals.gDemo)
+        return true;
+    if (usbTransport())
+        return Usb.reconnect() && Usb.usbUnlockDevice() == 0 && Usb.usbEnableUlmarCommandSet();
+    return Link.SMBus_Init() == kLinkUp && Bus.UnlockDevice() == 0 && Bus.EnableUlmarCommandSet();
 }
 
 bool clsCellWeft::SMBus_ReInit()

@@ -64,6 +64,10 @@ public:
     [[nodiscard]] int SMBus_Init();
     [[nodiscard]] bool SMBus_ReInit();
     [[nodiscard]] bool SMBus_ReInit2();
+    // A link that was lost, brought back: the port reopened (or a new adapter object), the dongle
+    // reset and configured, the device unlocked and its command set opened. Quiet: the caller
+    // reports a failure.
+    [[nodiscard]] bool RecoverLink();
     [[nodiscard]] bool GetScaling();
     [[nodiscard]] bool usbTransport() const;
     // SMBus block read of the transport in use.

@@ -22,6 +22,8 @@ clsMain::clsMain(CellWeftServices services, platform::Dialogs& dialogs)
 
 void clsMain::SMBusError(int number, const std::string& description, const std::string&)
 {
+    if (hooks.smbusError)
+        hooks.smbusError(number, description);
     if (isQuietLinkError(number))
         return;
     dialogs_.messageBox(description, platform::Buttons::OK, platform::Icon::Exclamation, "");

@@ -25,6 +25,8 @@ struct MainHooks {
     std::function<void(bool success)> firmwareDownloadComplete;
     std::function<void()> hardwareResetting;
     std::function<void()> restartCommStatusTimer; // tmrCommStatus
+    // Every SMBusError, quiet or not, with its number (the event log's record of link errors).
+    std::function<void(int number, const std::string& description)> smbusError;
 };
 
 class clsMain : public CellWeftEvents {

@@ -51,12 +51,31 @@ std::optional<std::string> FileTransfer::readFile(int file)
 void FileTransfer::applyValue(
     clsSMBusParameter& parameter, const std::string& fileText, int baseElement) const
 {
+    const auto image = hexBytes(fileText);
+    if (!image) {
+        if (directory_.DirectoryElements.fileEntry(parameter.FileNumber))
+            parameter.value = DynamicValue();
+        return;
+    }
+    applyValue(parameter, std::span<const std::uint8_t>(*image), baseElement);
+}
+
+void FileTransfer::applyValue(
+    clsSMBusParameter& parameter, std::span<const std::uint8_t> image, int baseElement) const
+{
     const auto* entry = directory_.DirectoryElements.fileEntry(parameter.FileNumber);
     if (!entry)
         return;
-    parameter.value = conversion_.FormatData(fileText, static_cast<int>(entry->FileFormat()),
-        parameter.FileIndex + baseElement, parameter.SubBlockDataType, parameter.SubBlockDataScaling,
-        static_cast<int>(entry->FileChunk));
+    const int format = static_cast<int>(entry->FileFormat());
+    const int element = parameter.FileIndex + baseElement;
+    const int chunk = static_cast<int>(entry->FileChunk);
+    // A place the file does not hold is an error, not an empty or a made-up value.
+    if (!elementInImage(image.size(), format, element, chunk)) {
+        parameter.value = DynamicValue(std::string(kValueOutsideFile));
+        return;
+    }
+    parameter.value = conversion_.FormatData(
+        image, format, element, parameter.SubBlockDataType, parameter.SubBlockDataScaling, chunk);
 }
 
 int FileTransfer::sectionElements(int file) const
@@ -74,9 +93,17 @@ int FileTransfer::sectionElements(int file) const
 
 void FileTransfer::spreadValues(int file, const std::string& text) const
 {
+    const auto decoded = hexBytes(text);
+    if (!decoded) {
+        for (auto& parameter : gateway_)
+            if (parameter.FileNumber == file)
+                parameter.value = DynamicValue();
+        return;
+    }
+    const std::span<const std::uint8_t> image(*decoded);
     for (auto& parameter : gateway_)
         if (parameter.FileNumber == file)
-            applyValue(parameter, text);
+            applyValue(parameter, image);
     if (!isPerNodeFile(file))
         return;
     const int section = sectionElements(file);
@@ -84,7 +111,7 @@ void FileTransfer::spreadValues(int file, const std::string& text) const
     for (auto& node : nodes_) {
         for (auto& parameter : node.NodeParameters)
             if (parameter.FileNumber == file)
-                applyValue(parameter, text, base);
+                applyValue(parameter, image, base);
         base += section;
     }
 }

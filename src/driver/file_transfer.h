@@ -5,6 +5,7 @@
 #include "device_files/file_protocol.h"
 
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,9 @@ class NodeList;
 class ValueConversion;
 class clsSMBusParameter;
 class clsDirectoryElements;
+
+// The value of a parameter whose place lies beyond the end of its device file.
+inline constexpr const char* kValueOutsideFile = "#Error";
 
 // Files that hold one section per node.
 [[nodiscard]] bool isPerNodeFile(int fileNumber);
@@ -33,8 +37,11 @@ public:
     [[nodiscard]] bool PutFile(int file, const std::vector<std::uint8_t>& data);
 
     // Cuts the parameter's place out of its file's text into `value`; a waiting NewValue stays, so a
-    // poll does not undo an edit not yet written.
+    // poll does not undo an edit not yet written. A place beyond the end of the file is "#Error".
     void applyValue(clsSMBusParameter& parameter, const std::string& fileText, int baseElement = 0) const;
+    // The same from the file's bytes: the text of a file is decoded once, not once a parameter.
+    void applyValue(
+        clsSMBusParameter& parameter, std::span<const std::uint8_t> image, int baseElement = 0) const;
     // Gives every gateway parameter of the file, and for per-node files every node, its value.
     void spreadValues(int file, const std::string& text) const;
     // Elements of one node's section of a per-node file: the sum of the sizes of node 1's

@@ -208,10 +208,14 @@ bool ParameterAccess::GetAllValues(const std::function<void(const std::string&, 
             capture("File" + std::to_string(file), *text);
     }
     s_.events.ReadAllParametersStatus(100);
-    // A read of all shows the device as it is: edits not yet written are dropped.
+    // A read of all shows the device as it is: edits not yet written are dropped. Each file's text
+    // is decoded once, then every parameter is cut out of its bytes.
+    std::map<int, std::vector<std::uint8_t>> images;
+    for (const auto& [number, fileText] : texts)
+        images[number] = hexBytes(fileText).value_or(std::vector<std::uint8_t> {});
     for (auto& parameter : s_.gateway)
-        if (const auto found = texts.find(parameter.FileNumber); found != texts.end()) {
-            s_.transfer.applyValue(parameter, found->second);
+        if (const auto found = images.find(parameter.FileNumber); found != images.end()) {
+            s_.transfer.applyValue(parameter, std::span<const std::uint8_t>(found->second));
             parameter.NewValue = DynamicValue();
         }
     std::string text;

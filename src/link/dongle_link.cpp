@@ -7,6 +7,7 @@
 #include "platform/serial_port.h"
 #include "platform/text.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -140,6 +141,10 @@ bool DongleLink::i2c_send_receive(
         s_.events.OnCommunicationsComplete();
         return false;
     }
+    if (deadline.expired(s_.loop.milliseconds())) {
+        s_.events.OnCommunicationsComplete();
+        return false;
+    }
     // Receive events stay off for the transaction, so that OnComm does not take the reply away;
     // whatever threshold was set comes back afterwards.
     const int threshold = s_.port.rThreshold();
@@ -149,33 +154,38 @@ bool DongleLink::i2c_send_receive(
     for (;;) {
         std::string buffer;
         int prompts = 0;
-        const auto deadline = s_.loop.milliseconds() + kReplyDeadlineMs;
+        const int waitMs = deadline.remaining(s_.loop.milliseconds(), kReplyDeadlineMs);
+        const auto replyDeadline = s_.loop.milliseconds() + waitMs;
         const auto complete = [&] {
             if (!s_.port.portOpen())
                 ResponseTimedOut = true; // the dongle went away
             if (ResponseTimedOut)
                 return true;
             if (s_.port.inBufferCount() > 0) {
-                const std::string arrived = drainInput();
-                for (char c : arrived)
-                    prompts += c == '*';
-                buffer += arrived;
+                buffer += drainInput();
+                // An alarm broadcast that comes in the middle of the answer is the pack's own
+                // news, not a segment of the answer: it goes to the unsolicited handler.
+                for (const auto& line : hlk::takeBroadcasts(buffer))
+                    handleSrcLine(line);
+                prompts = static_cast<int>(std::count(buffer.begin(), buffer.end(), '*'));
             }
-            if (s_.loop.milliseconds() >= deadline)
+            if (s_.loop.milliseconds() >= replyDeadline)
                 ResponseTimedOut = true;
             if (segments == 1)
                 return !buffer.empty() && buffer.back() == '*';
             return prompts >= segments;
         };
-        (void)s_.loop.waitUntil(complete, kReplyDeadlineMs);
+        (void)s_.loop.waitUntil(complete, waitMs);
         if (!complete())
             ResponseTimedOut = true;
         if (s_.modemLog)
             s_.modemLog(buffer, false);
 
         const auto judgement = hlk::judgeReply(buffer, expected, segments);
-        if (judgement.verdict == hlk::Verdict::StuckBus)
+        if (judgement.verdict == hlk::Verdict::StuckBus) {
+            lastError_ = "The SMBus is stuck high (the dongle read ~FF throughout)";
             break;
+        }
         if (ResponseTimedOut) {
             SMBusRaiseError(kErrTimeout, "Timeout waiting for response");
             break;
@@ -187,6 +197,10 @@ bool DongleLink::i2c_send_receive(
             ok = judgement.verdict == hlk::Verdict::Accepted;
             response = buffer;
             setSMBusRXStatus(buffer);
+            // The caller judges a reply of several segments; what was wrong with it is kept for the
+            // message of a request that fails.
+            if (!ok)
+                lastError_ = "Unexpected reply " + buffer;
             break;
         }
         if (s_.breakOnError)
@@ -209,6 +223,7 @@ bool DongleLink::portOpen() const
 
 void DongleLink::SMBusRaiseError(int number, const std::string& description)
 {
+    lastError_ = description;
     s_.events.SMBusError(number, description, "clsCellWeft");
 }
 

@@ -3,6 +3,7 @@
 // and the dongle's unsolicited traffic. The lowest layer of the driver on the dongle transport.
 
 #include "link/hlk_reply.h"
+#include "link/link_deadline.h"
 
 #include <cstdint>
 #include <functional>
@@ -63,7 +64,9 @@ public:
     [[nodiscard]] bool i2c_send_receive(
         const std::string& message, const std::string& expected, std::string& response, int segments = 1);
     void SMBusRaiseError(int number, const std::string& description);
-    // Whether the port is open (it closes by itself when the dongle goes away).
+    // The description of the last error raised, empty before the first.
+    [[nodiscard]] const std::string& lastError() const { return lastError_; }
+    // False once the port is closed, by the program or because the device went away.
     [[nodiscard]] bool portOpen() const;
 
     void setSMBusStatus(const std::string& text);
@@ -82,6 +85,9 @@ public:
     long BroadcastCount = 0;
     bool ResponseTimedOut = false;
     int LoaderReplyByte = -1; // the last "/SRC" byte while the loader window is active
+    // The deadline of the device operation under way: past it no command is sent and no reply
+    // awaited, so every retry ladder above ends at once.
+    LinkDeadline deadline;
 
 private:
     void onComm(platform::CommEvent event);
@@ -94,6 +100,7 @@ private:
     DongleLinkServices s_;
     std::unique_ptr<platform::Timer> tmrTimeout_;
     hlk::LineCollector lines_;
+    std::string lastError_;
     std::string smbusStatus_;
     std::string txStatus_;
     std::string rxStatus_;

@@ -62,6 +62,25 @@ bool isStuckBus(std::string_view buffer)
     return contains(buffer, run);
 }
 
+std::vector<std::string> takeBroadcasts(std::string& buffer)
+{
+    std::vector<std::string> lines;
+    for (;;) {
+        const auto at = buffer.find("/SRC");
+        if (at == std::string::npos)
+            return lines;
+        const auto prompt = buffer.find('*', at);
+        if (prompt == std::string::npos)
+            return lines;
+        std::string line;
+        for (std::size_t i = at; i < prompt; ++i)
+            if (buffer[i] != '~' && buffer[i] != '\r' && buffer[i] != '\n')
+                line += buffer[i];
+        lines.push_back(std::move(line));
+        buffer.erase(at, prompt + 1 - at);
+    }
+}
+
 Judgement judgeReply(std::string_view buffer, std::string_view expected, int segments)
 {
     if (isStuckBus(buffer))

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zv::hlk {
 
@@ -25,6 +26,10 @@ struct Judgement {
 [[nodiscard]] Judgement judgeReply(std::string_view buffer, std::string_view expected, int segments);
 
 [[nodiscard]] bool isStuckBus(std::string_view buffer);
+
+// Takes every whole alarm broadcast ("/SRC" up to its prompt) out of a reply being collected and
+// returns them as lines without tildes, CR and LF; what stays is the answer to the command.
+[[nodiscard]] std::vector<std::string> takeBroadcasts(std::string& buffer);
 
 // Collects the dongle's unsolicited traffic into lines: "~", CR and LF are dropped; an LF ends
 // a line once at least four characters are buffered.

@@ -40,6 +40,11 @@ SmbusTransactions::SmbusTransactions(DongleLink& link, platform::EventLoop& loop
 {
 }
 
+bool SmbusTransactions::expired() const
+{
+    return link_.deadline.expired(loop_.milliseconds());
+}
+
 void SmbusTransactions::raise(const Failure& failure)
 {
     link_.SMBusRaiseError(failure.number, failure.text);
@@ -52,10 +57,10 @@ bool SmbusTransactions::sendWithRetries(const std::string& message, const Failur
     int count = 0;
     events_.TxRetryCounter(count);
     bool ok = false;
-    while (!ok && count <= kRetryLimit) {
+    while (!ok && count <= kRetryLimit && !expired()) {
         std::string response;
         ok = link_.i2c_send_receive(message, "/MTC", response, 1);
-        if (!ok)
+        if (!ok && !expired())
             loop_.wait(kRetryPauseMs);
         ++count;
         events_.TxRetryCounter(count);
@@ -98,7 +103,7 @@ std::optional<int> SmbusTransactions::SMBus_ReadWord(std::uint8_t command)
     bool pecFailure = false;
     std::uint8_t receivedPec = 0;
     std::uint8_t computedPec = 0;
-    while (outer <= kRetryLimit) {
+    while (outer <= kRetryLimit && !expired()) {
         if (!transmitReadCommand(command, ReadKind::Word))
             return std::nullopt;
         std::string response;
@@ -120,7 +125,7 @@ std::optional<int> SmbusTransactions::SMBus_ReadWord(std::uint8_t command)
                 return reply->low + 256 * reply->high;
             }
             pecFailure = true;
-        } else {
+        } else if (!expired()) {
             loop_.wait(kRetryPauseMs);
         }
         ++outer;
@@ -140,7 +145,7 @@ std::optional<std::vector<std::uint8_t>> SmbusTransactions::SMBus_ReadBlock(std:
 {
     int outer = 0;
     events_.RxRetryCounter(outer);
-    while (outer <= kRetryLimit) {
+    while (outer <= kRetryLimit && !expired()) {
         if (!transmitReadCommand(command, ReadKind::Block))
             return std::nullopt;
         std::string response;
@@ -157,7 +162,8 @@ std::optional<std::vector<std::uint8_t>> SmbusTransactions::SMBus_ReadBlock(std:
             events_.RxRetryCounter(outer);
             return data;
         }
-        loop_.wait(kRetryPauseMs);
+        if (!expired())
+            loop_.wait(kRetryPauseMs);
         ++outer;
         events_.RxRetryCounter(outer);
     }

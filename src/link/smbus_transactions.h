@@ -90,6 +90,8 @@ private:
     [[nodiscard]] bool transmitReadCommand(std::uint8_t command, ReadKind kind);
     [[nodiscard]] int queryWord(int request, int requestFailed, int answerUnreadable);
     void raise(const Failure& failure);
+    // The operation's deadline has passed: no further attempt.
+    [[nodiscard]] bool expired() const;
 
     DongleLink& link_;
     platform::EventLoop& loop_;

@@ -152,7 +152,10 @@ void PollCycle::tick()
         return;
     }
     c_.form.disableAllCommands(false);
-    (void)ReadSafetyData();
+    // While the link is lost the sample itself brings it back first; a safety read before that
+    // would only spend the tick on retries.
+    if (LostCommSamples == 0)
+        (void)ReadSafetyData();
     if (++PollTickCount > c_.form.cmbPollRate.listCount())
         PollTickCount = 1;
     if (PollRate > 0 && PollTickCount % PollRate == 0)
@@ -230,6 +233,12 @@ bool PollCycle::readSample()
 {
     clsCellWeft& driver = c_.main.CellWeft();
     std::string text;
+    // After a lost sample the link is rebuilt before the next one: port or adapter, dongle,
+    // unlock, command set. A pack that restarted or a device node that came back is found again.
+    if (LostCommSamples > 0 && !driver.RecoverLink()) {
+        CommsLost();
+        return false;
+    }
     if (!driver.GetFile(kDynamicFile, text) || !driver.GetFile(kCellFile, text)
         || (!c_.globals.PollingActive && !ReadSafetyData())) {
         CommsLost();

@@ -95,7 +95,6 @@ public:
     platform::Timer& tmrPollData() { return *tmrPollData_; }
     platform::Timer& tmrHeartbeat() { return *tmrHeartbeat_; }
     platform::Timer& tmrBatteryMode() { return *tmrBatteryMode_; }
-
     // The serial link's battery-mode timer: every 50 s of a poll it asks the next tick for the
     // refresh of the command states. disableAllCommands(true) stops it; enableAllCommands(true)
     // runs it again when "AlarmMode" is on (never on the USB adapter, which has no such timer).

@@ -13,6 +13,8 @@ namespace {
 
 constexpr const char* kMissingFileText = "A required configuration file was not found\r\n"
                                          "Please contact Norvale Systems.";
+const std::string kMissingFileLine = "A required configuration file was not found\r\n";
+constexpr const char* kContactLine = "Please contact Norvale Systems.";
 constexpr const char* kSelectedFileText
     = "Error reading the select file. Please select a valid configuration file";
 
@@ -84,9 +86,12 @@ int ConfigurationReader::parseFile(const std::string& path, FileKind kind)
     try {
         in = openForReading(path);
     } catch (const RuntimeError& error) {
-        return report(error);
+        return report(namingFile(error, path));
     }
-    return parseConfigText(in, kind);
+    readingFile_ = path;
+    const int result = parseConfigText(in, kind);
+    readingFile_.clear();
+    return result;
 }
 
 int ConfigurationReader::parseConfigText(std::istream& in, FileKind kind)
@@ -113,8 +118,10 @@ int ConfigurationReader::parseConfigText(std::istream& in, FileKind kind)
 void ConfigurationReader::parseLines(std::istream& in, ParameterList& list, FileKind kind)
 {
     int runningNumber = 1;
+    int lineNumber = 0;
     std::string line;
     while (readLine(in, line)) {
+        ++lineNumber;
         if (isConfigComment(line)) {
             if (const auto version = configVersionOf(line)) {
                 ConfigVersion = *version;
@@ -122,7 +129,18 @@ void ConfigurationReader::parseLines(std::istream& in, ParameterList& list, File
             continue;
         }
         clsSMBusParameter& parameter = list.Add(std::to_string(runningNumber));
-        readParameterColumns(line, parameter, locale);
+        try {
+            readParameterColumns(line, parameter, locale);
+        } catch (const RuntimeError& error) {
+            // The error names the file, the line and what it holds, so that a corrupt file is
+            // never taken for a fault of the hardware.
+            constexpr std::size_t kShownChars = 60;
+            const std::string where = (readingFile_.empty() ? std::string("line ") : readingFile_ + ", line ")
+                + std::to_string(lineNumber);
+            throw RuntimeError(error.number(),
+                std::string(error.what()) + " in " + where + ": \"" + line.substr(0, kShownChars)
+                    + (line.size() > kShownChars ? "...\"" : "\""));
+        }
         if (kind == FileKind::Gateway) {
             applyDirectoryLevels(parameter);
         }
@@ -199,7 +217,7 @@ bool ConfigurationReader::ReadAlarmConfiguration()
     try {
         in = openForReading(AlarmConfigFileName);
     } catch (const RuntimeError& error) {
-        report(error, false);
+        report(namingFile(error, AlarmConfigFileName), false);
         return false;
     }
     return readAlarmText(in);
@@ -222,6 +240,11 @@ bool ConfigurationReader::readAlarmText(std::istream& in)
     return true;
 }
 
+RuntimeError ConfigurationReader::namingFile(const RuntimeError& error, const std::string& path)
+{
+    return { error.number(), std::string(error.what()) + ": " + path };
+}
+
 int ConfigurationReader::report(const RuntimeError& error, bool parameterFile) const
 {
     using platform::Buttons;
@@ -230,7 +253,13 @@ int ConfigurationReader::report(const RuntimeError& error, bool parameterFile) c
         return kConfigObjectMissing;
     }
     if (error.number() == kErrorFileNotFound) {
-        dialogs_.messageBox(kMissingFileText, Buttons::OK, Icon::Critical, "");
+        // The error's description ends with the path of the file that is missing.
+        const std::string description = error.what();
+        const auto path = description.find(": ");
+        dialogs_.messageBox(path == std::string::npos
+                ? kMissingFileText
+                : kMissingFileLine + description.substr(path + 2) + "\r\n" + kContactLine,
+            Buttons::OK, Icon::Critical, "");
     } else if (packParameterMode && parameterFile) {
         dialogs_.messageBox(kSelectedFileText, Buttons::OK, Icon::None, "File Error");
     } else {

@@ -66,11 +66,14 @@ private:
     // Shows the box of the error and gives the result code. The /pp box stands only for the
     // parameter files.
     int report(const RuntimeError& error, bool parameterFile = true) const;
+    // The error with the path of its file after its description.
+    [[nodiscard]] static RuntimeError namingFile(const RuntimeError& error, const std::string& path);
 
     platform::Dialogs& dialogs_;
     ParameterList& gatewayParameters_;
     NodeList& nodes_;
     const DirectoryElements& directory_;
+    std::string readingFile_; // the file parseFile reads, named by the error of a line
 };
 
 } // namespace zv

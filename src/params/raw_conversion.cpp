@@ -16,6 +16,8 @@ constexpr int kBlockElement = 5;
 constexpr int kTextType = 6;
 constexpr int kHexTextType = 7;
 
+} // namespace
+
 std::optional<std::vector<std::uint8_t>> hexBytes(std::string_view hex)
 {
     std::vector<std::uint8_t> bytes;
@@ -28,6 +30,22 @@ std::optional<std::vector<std::uint8_t>> hexBytes(std::string_view hex)
     }
     return bytes;
 }
+
+bool elementInImage(std::size_t byteCount, int elementSize, int elementIndex, int groupLength)
+{
+    if (elementIndex < 0)
+        return true;
+    const auto index = static_cast<std::size_t>(elementIndex);
+    if (elementSize == kBlockElement) {
+        const std::size_t group = groupLength > 0 ? static_cast<std::size_t>(groupLength) : byteCount;
+        return group > 0 && index * group < byteCount;
+    }
+    if (elementSize < 1 || elementSize > 4)
+        return true;
+    return (index + 1) * static_cast<std::size_t>(elementSize) <= byteCount;
+}
+
+namespace {
 
 // Values of elementSize bytes, low byte first; an incomplete tail is left out.
 std::vector<double> numericElements(const std::vector<std::uint8_t>& bytes, int elementSize)
@@ -205,6 +223,38 @@ DynamicValue ValueConversion::FormatData(std::string_view hex, int elementSize, 
     if (!bytes) {
         return {};
     }
+    return FormatData(
+        std::span<const std::uint8_t>(*bytes), elementSize, elementIndex, dataType, scale, groupLength);
+}
+
+DynamicValue ValueConversion::FormatData(std::span<const std::uint8_t> image, int elementSize,
+    int elementIndex, int dataType, double scale, int groupLength) const
+{
+    // One element is cut out alone; only "all elements" (a negative index) walks the image.
+    if (elementIndex >= 0 && !elementInImage(image.size(), elementSize, elementIndex, groupLength)) {
+        return {};
+    }
+    if (elementIndex >= 0 && elementSize >= 1 && elementSize <= 4) {
+        const std::size_t at = static_cast<std::size_t>(elementIndex) * static_cast<std::size_t>(elementSize);
+        std::uint32_t value = 0;
+        for (int k = elementSize - 1; k >= 0; --k) {
+            value = value << 8 | image[at + static_cast<std::size_t>(k)];
+        }
+        return scaledElement(value, dataType, scale);
+    }
+    if (elementIndex >= 0 && elementSize == kBlockElement && groupLength > 0) {
+        if (dataType != kTextType && dataType != kHexTextType) {
+            return {};
+        }
+        const std::size_t from
+            = static_cast<std::size_t>(elementIndex) * static_cast<std::size_t>(groupLength);
+        const auto group
+            = image.subspan(from, std::min(image.size() - from, static_cast<std::size_t>(groupLength)));
+        return DynamicValue(
+            blockGroups(std::vector<std::uint8_t>(group.begin(), group.end()), dataType, 0).at(0));
+    }
+    const std::vector<std::uint8_t> owned(image.begin(), image.end());
+    const auto* bytes = &owned;
     const char separator = locale_.listSeparator();
     if (elementSize == kBlockElement) {
         if (dataType != kTextType && dataType != kHexTextType) {

@@ -27,6 +27,11 @@ inline constexpr const char* kBadConfigValue = "#Error - Bad Config";
 [[nodiscard]] std::optional<std::string> logWordText(std::string_view fileDataType, std::uint16_t word);
 // The 16-bit words of a hex text, low byte first; nothing for a bad digit.
 [[nodiscard]] std::optional<std::vector<std::uint16_t>> hexWords(std::string_view hex);
+// The bytes of a hex text; nothing for a bad digit.
+[[nodiscard]] std::optional<std::vector<std::uint8_t>> hexBytes(std::string_view hex);
+// True when element elementIndex (of elementSize bytes, or for a block of groupLength bytes)
+// lies within a file image of byteCount bytes.
+[[nodiscard]] bool elementInImage(std::size_t byteCount, int elementSize, int elementIndex, int groupLength);
 
 class ValueConversion {
 public:
@@ -39,6 +44,10 @@ public:
     // element.
     [[nodiscard]] DynamicValue FormatData(std::string_view hex, int elementSize, int elementIndex,
         int dataType, double scale, int groupLength) const;
+    // The same on a file image already turned into bytes: a file read decodes its text once and
+    // cuts every parameter out of the bytes, each in time of its own size.
+    [[nodiscard]] DynamicValue FormatData(std::span<const std::uint8_t> bytes, int elementSize,
+        int elementIndex, int dataType, double scale, int groupLength) const;
 
     // Type names (lower case): "byte" "1" "b"; "integer" "0" "2" "u" "8"; "bitfield";
     // "signedinteger" "3" "s"; "string" "6"; "hex" "7". Empty for another name, and after the

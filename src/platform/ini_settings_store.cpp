@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 
 namespace zv::platform {
 
@@ -19,6 +20,13 @@ IniSettingsStore::IniSettingsStore(std::string path)
     : path_(std::move(path))
     , file_(IniFile::load(path_))
 {
+    std::error_code error;
+    const auto status = std::filesystem::status(path_, error);
+    if (!std::filesystem::exists(status))
+        return;
+    std::ifstream probe(path_, std::ios::binary);
+    if (std::filesystem::is_directory(status) || !probe)
+        loadProblem_ = "The settings file " + path_ + " cannot be read; every setting has its default";
 }
 
 std::string IniSettingsStore::defaultPath()

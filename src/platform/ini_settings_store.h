@@ -24,9 +24,13 @@ public:
     void setValue(const std::string& keyPath, const std::string& name, const std::string& text) override;
 
     [[nodiscard]] const std::string& path() const { return path_; }
+    // Empty when the file was read or does not exist yet; else the one line that tells the user
+    // that the file is there but could not be read, so every setting has its default.
+    [[nodiscard]] const std::string& loadProblem() const { return loadProblem_; }
 
 private:
     std::string path_;
+    std::string loadProblem_;
     IniFile file_;
 };
 

@@ -86,6 +86,8 @@ Application::Application(std::vector<std::string> arguments)
             logs_.LogEvent(title.empty() ? text : title + ": " + text);
     };
     (void)binder_.bind(splash_, makeSplashForm());
+    if (!settings_.loadProblem().empty())
+        logs_.LogEvent(settings_.loadProblem());
 }
 
 Application::~Application()
@@ -421,8 +423,7 @@ void Application::reconnect()
     splash_.setStatus("Initializing communications...");
     loop_.processEvents();
     auto& detection = startup_.detection;
-    startup_.actOnDetection(
-        globals_.gDemo ? detection.DetectDemoTarget(false) : detection.DetectTarget(false));
+    startup_.actOnDetection(globals_.gDemo ? detection.DetectDemoTarget(false) : detection.ReconnectTarget());
 }
 
 void Application::endSession()

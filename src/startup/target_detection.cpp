@@ -93,6 +93,15 @@ int detect::usbUnlockResult(int result)
     }
 }
 
+int TargetDetection::ReconnectTarget()
+{
+    if (!usb() && main_->CellWeft().SMBus_Init() != kLinkUp) {
+        ShowStartupFault(StartupFault::UnableToConnect);
+        return detect::kNoAnswer;
+    }
+    return DetectTarget(false);
+}
+
 int TargetDetection::DetectTarget(bool targetChosen)
 {
     auto& d = main_->CellWeft();
@@ -174,6 +183,10 @@ bool TargetDetection::identifyTarget(const std::string& id)
     std::vector<std::string> names;
     for (const TargetRecord& target : table)
         names.push_back(target.Name);
+    if (const auto problem = targetTableProblem(s_.globals.gINIFile); !problem.empty()) {
+        s_.splash.showTargetChoice(problem, std::move(names));
+        return false;
+    }
     s_.splash.showTargetChoice(
         "The attached device is reporting an unsupported target application.\r\nTargetID = "
             + s_.globals.gTargetID + "\r\n" + kUnsupportedTarget,

@@ -75,6 +75,10 @@ public:
     void setMain(clsMain* main) { main_ = main; }
 
     [[nodiscard]] int DetectTarget(bool targetChosen);
+    // Connect to Pack: the dongle's port is opened again (the adapter is, by DetectTarget) and the
+    // dongle reset and configured before the target is detected, so a link that was lost, or a
+    // dongle plugged in again, is found at the first try.
+    [[nodiscard]] int ReconnectTarget();
     [[nodiscard]] int DetectDemoTarget(bool targetChosen);
     void ShowStartupFault(StartupFault reason);
     // Offers other configuration files than the target's; true when the user declined.

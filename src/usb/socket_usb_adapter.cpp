@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 
 namespace zv {
@@ -73,6 +74,9 @@ void SocketUsbAdapter::closeLine()
 
 std::optional<std::string> SocketUsbAdapter::readLine()
 {
+    // One deadline for the whole answer: an endpoint that trickles a byte now and then must not
+    // keep a read alive for ever.
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs_);
     for (;;) {
         const auto end = received_.find('\n');
         if (end != std::string::npos) {
@@ -80,8 +84,12 @@ std::optional<std::string> SocketUsbAdapter::readLine()
             received_.erase(0, end + 1);
             return line;
         }
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+            deadline - std::chrono::steady_clock::now());
+        if (left.count() <= 0)
+            return std::nullopt;
         pollfd ready { fd_, POLLIN, 0 };
-        const int polled = ::poll(&ready, 1, timeoutMs_);
+        const int polled = ::poll(&ready, 1, static_cast<int>(left.count()));
         if (polled < 0 && errno == EINTR)
             continue;
         if (polled <= 0)

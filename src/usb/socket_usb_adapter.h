@@ -1,6 +1,6 @@
 #pragma once
 // The USB adapter as zentavia-packsim serves it on a Unix stream socket: the line protocol of
-// LineUsbAdapter, one answer line for each request line. Reads wait in poll() with a time-out.
+// LineUsbAdapter, one answer line for each request line. An answer must be whole within the time-out.
 
 #include "usb/line_usb_adapter.h"
 

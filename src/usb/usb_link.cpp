@@ -49,6 +49,26 @@ std::string blockText(std::uint8_t address, std::uint8_t command, std::span<cons
 
 } // namespace
 
+std::string usbStatusText(int status)
+{
+    switch (status) {
+    case kUsbOk:
+        return "no error";
+    case kUsbNoAck:
+        return "the device did not acknowledge (status 1)";
+    case kUsbPecError:
+        return "PEC error (status 2)";
+    case kUsbTimeout:
+        return "no answer from the adapter (status 3)";
+    case kUsbBadRequest:
+        return "the adapter refused the request (status 4)";
+    case kUsbNotConnected:
+        return "the adapter is not connected (status 5)";
+    default:
+        return "status " + std::to_string(status);
+    }
+}
+
 std::string usbLogText(std::span<const std::uint8_t> bytes)
 {
     std::string text;
@@ -90,22 +110,37 @@ std::string UsbLink::usbOpen()
     return version.value_or("-1");
 }
 
+bool UsbLink::reconnect()
+{
+    UsbAdapter_ = s_.createAdapter ? s_.createAdapter() : nullptr;
+    if (!UsbAdapter_ || UsbAdapter_->Connect(true) != kUsbOk) {
+        usbRelease();
+        return false;
+    }
+    UsbAdapter_->Configure(1, 1, 1);
+    return true;
+}
+
 void UsbLink::usbRelease()
 {
     UsbAdapter_.reset();
 }
 
-int UsbLink::withRetries(const std::function<int()>& transfer, const std::function<std::string()>& logText,
-    bool transmitted, bool stopAfterFailure)
+int UsbLink::withRetries(std::uint8_t address, const std::function<int()>& transfer,
+    const std::function<std::string()>& logText, bool transmitted, bool stopAfterFailure)
 {
     if (!UsbAdapter_)
         return kUsbOk;
-    int status = kUsbOk;
-    for (int attempt = 1; attempt <= kTries; ++attempt) {
+    const auto expired = [this] { return deadline && deadline->expired(s_.loop.milliseconds()); };
+    int status = kUsbTimeout;
+    const bool target = address == targetAddress();
+    for (int attempt = 1; attempt <= (target && status == kUsbNoAck ? kNoAckTries : kTries) && !expired();
+         ++attempt) {
         status = transfer();
         if (s_.modemLog)
             s_.modemLog(logText(), transmitted);
-        if (status == kUsbOk || stopAfterFailure)
+        lastStatus = status;
+        if (status == kUsbOk || stopAfterFailure || expired())
             break;
         // Every failed try is followed by the pause: a failing transfer costs about 75 ms.
         s_.loop.wait(UsbRetryDelay);
@@ -115,25 +150,29 @@ int UsbLink::withRetries(const std::function<int()>& transfer, const std::functi
 
 int UsbLink::usbBlockRead(std::uint8_t address, std::uint8_t command, std::vector<std::uint8_t>& data)
 {
-    return withRetries([&] { return UsbAdapter_->ReadBlock(address, command, data); },
+    return withRetries(
+        address, [&] { return UsbAdapter_->ReadBlock(address, command, data); },
         [&] { return blockText(address, command, data); }, false);
 }
 
 int UsbLink::usbBlockWrite(std::uint8_t address, std::uint8_t command, std::span<const std::uint8_t> data)
 {
-    return withRetries([&] { return UsbAdapter_->WriteBlock(address, command, data); },
+    return withRetries(
+        address, [&] { return UsbAdapter_->WriteBlock(address, command, data); },
         [&] { return blockText(address, command, data); }, true, UsbNoBlockRetry);
 }
 
 int UsbLink::usbReadWord(std::uint8_t address, std::uint8_t command, std::uint8_t& high, std::uint8_t& low)
 {
-    return withRetries([&] { return UsbAdapter_->ReadWord(address, command, high, low); },
+    return withRetries(
+        address, [&] { return UsbAdapter_->ReadWord(address, command, high, low); },
         [&] { return wordText(address, command, low, high); }, false);
 }
 
 int UsbLink::usbWriteWord(std::uint8_t address, std::uint8_t command, std::uint8_t low, std::uint8_t high)
 {
-    return withRetries([&] { return UsbAdapter_->WriteWord(address, command, low, high); },
+    return withRetries(
+        address, [&] { return UsbAdapter_->WriteWord(address, command, low, high); },
         [&] { return wordText(address, command, low, high); }, true);
 }
 
@@ -166,6 +205,9 @@ int UsbLink::usbWaitIdleStatus(std::uint8_t& status, std::uint8_t& extra)
     for (;;) {
         // The status byte is the first data byte of the word, the extra byte the second.
         if (usbReadWord(targetAddress(), smbus::kFileStatus, extra, status) != kUsbOk) {
+            // No status was read: the one of an earlier read must not pass for this one.
+            status = 0;
+            extra = 0;
             result = 1;
             break;
         }

@@ -3,6 +3,7 @@
 // (3 tries, 25 ms apart, each logged to the communications log), and the ManufacturerAccess
 // operations of the target in the adapter's terms. Framing and PEC are the adapter's.
 
+#include "link/link_deadline.h"
 #include "link/smbus_transactions.h"
 #include "usb/usb_adapter.h"
 
@@ -49,6 +50,9 @@ public:
     // adapter it shows "Device Not Found" and ends the program.
     std::string usbOpen();
     void usbRelease();
+    // A lost link: a new adapter object, connected and configured. False, without a box, when the
+    // adapter is not there (unplugged, or its socket gone); the next try makes a new one again.
+    [[nodiscard]] bool reconnect();
     [[nodiscard]] bool opened() const { return UsbAdapter_ != nullptr; }
     // gAddress7, the address of the target operations.
     [[nodiscard]] std::uint8_t targetAddress() const;
@@ -78,14 +82,22 @@ public:
     [[nodiscard]] const Scaling& scaling() const { return scaling_; }
 
     static constexpr int kTries = 3;
+    // The target (at gAddress7) that does not acknowledge (status 1) is busy or restarting: it gets
+    // the attempts of the dongle's ladder, still 25 ms apart and within the operation's deadline.
+    // Another address that does not answer (a bus scan) keeps the three tries.
+    static constexpr int kNoAckTries = 11;
     int UsbRetryDelay = 25;
     std::string UsbVersionText;
     bool UsbNoBlockRetry = false; // set while the firmware loader writes blocks
+    // The deadline of the device operation under way (the driver's one); past it a transfer
+    // fails with status 3 without reaching the adapter.
+    const LinkDeadline* deadline = nullptr;
+    int lastStatus = 0; // the status of the last transfer tried
 
 private:
     // Up to three tries of one transfer; stops early on success or when stopAfterFailure.
-    int withRetries(const std::function<int()>& transfer, const std::function<std::string()>& logText,
-        bool transmitted, bool stopAfterFailure = false);
+    int withRetries(std::uint8_t address, const std::function<int()>& transfer,
+        const std::function<std::string()>& logText, bool transmitted, bool stopAfterFailure = false);
     [[nodiscard]] bool writeManufacturerAccess(int word);
     [[nodiscard]] int queryManufacturerAccess(int request, int requestFailed, int answerUnreadable);
     void targetOperationDone();
@@ -94,6 +106,9 @@ private:
     std::unique_ptr<UsbAdapter> UsbAdapter_;
     Scaling scaling_;
 };
+
+// What a transfer's status means, for the message of a request that failed on it.
+[[nodiscard]] std::string usbStatusText(int status);
 
 // The communications log line of a transfer: each byte as two upper-case hex digits and a blank.
 [[nodiscard]] std::string usbLogText(std::span<const std::uint8_t> bytes);

@@ -138,10 +138,14 @@ TEST(IniSettingsStore, DamagedFilesGiveDefaultsAndNoFailure)
     platform::IniSettingsStore damaged(malformed);
     EXPECT_EQ(readStartupSettings(damaged, kFolder).Baud, 1);
     EXPECT_EQ(readStartupSettings(damaged, kFolder).CommPort, 1);
+    EXPECT_EQ(damaged.loadProblem(), "") << "a file that could be read";
+    EXPECT_EQ(platform::IniSettingsStore(folder.file("first-run.conf")).loadProblem(), "") << "not there yet";
 
     // Unreadable and unwritable: the path is a folder.
     std::filesystem::create_directories(folder.file("a-folder"));
     platform::IniSettingsStore unusable(folder.file("a-folder"));
+    EXPECT_EQ(unusable.loadProblem(),
+        "The settings file " + folder.file("a-folder") + " cannot be read; every setting has its default");
     EXPECT_EQ(readStartupSettings(unusable, kFolder).Clock, 2);
     writeSetting(unusable, "Clock", "1"); // ignored silently on disk
     EXPECT_TRUE(std::filesystem::is_directory(folder.file("a-folder")));

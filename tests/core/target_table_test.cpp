@@ -23,6 +23,10 @@ TEST(TargetTable, OnlyTheCountedRecordsTakePart)
     EXPECT_EQ(findTargetByName(table, "ZK9460S12")->section, "T2");
     EXPECT_TRUE(
         readTargetTable(folder.write("empty.ini", "[Setup]\nNumberOfTargets=0\n[T1]\nID=1001\n")).empty());
+    // A missing program file is said as such, not taken for an unknown target.
+    EXPECT_EQ(targetTableProblem(folder.file("Zentavia.ini")), "");
+    EXPECT_EQ(targetTableProblem(folder.file("gone.ini")),
+        "The program file " + folder.file("gone.ini") + " was not found; the targets cannot be identified.");
 }
 
 TEST(TargetTable, TheMatchSetsTheTargetGlobalsAndFiles)

@@ -48,7 +48,13 @@ TEST_P(LinkFaultsTest, ReadsGoOnThroughTheFaults)
     for (int i = 0; i < 20; ++i)
         good += d.GetFile(5, text) && d.GetScaling() ? 1 : 0;
     EXPECT_GE(good, 15) << GetParam().name;
-    EXPECT_GT(sim.port.written().size(), cleanTraffic) << "the faults cost retries";
+    if (std::string_view(GetParam().name) == "alarm") {
+        // A broadcast in the middle of an answer is taken out of it: no retry at all.
+        EXPECT_EQ(good, 20);
+        EXPECT_EQ(sim.port.written().size(), cleanTraffic);
+    } else {
+        EXPECT_GT(sim.port.written().size(), cleanTraffic) << "the faults cost retries";
+    }
     EXPECT_LT(sim.loop.milliseconds() - start, 20 * 60000) << "no read hangs";
 }
 

@@ -143,19 +143,24 @@ TEST_F(ConfigurationReaderTest, DamagedLinesAreResultFourWithTheirErrorBox)
         bool packParameterMode;
         const char* title;
         Icon icon;
-        const char* message;
+        std::string message;
     };
     const Case cases[] {
         { line("A", "1") + "\nShort\t1\t2\n", false, "Error", Icon::Critical,
-            "Error Description: Subscript out of range\r\nError Number: 9" },
+            "Error Description: Subscript out of range in " + reader.GatewayConfigFileName
+                + ", line 2: \"Short\t1\t2\"\r\nError Number: 9" },
         { line("A", "1").substr(0, line("A", "1").rfind('\t')) + "\n", false, "Error", Icon::Critical,
-            "Error Description: Subscript out of range\r\nError Number: 9" }, // 32 columns: no FileIndex
+            "Error Description: Subscript out of range in " + reader.GatewayConfigFileName + ", line 1: \""
+                + line("A", "1").substr(0, 60) + "...\"\r\nError Number: 9" }, // 32 columns: no FileIndex
         { "Unit\t1\t2\t0x10\t0\t0\t1\t0\t2\t1\t0\t10\tmV\n", false, "Error", Icon::Critical,
-            "Error Description: Subscript out of range\r\nError Number: 9" }, // 13 columns
+            "Error Description: Subscript out of range in " + reader.GatewayConfigFileName
+                + ", line 1: \"Unit\t1\t2\t0x10\t0\t0\t1\t0\t2\t1\t0\t10\tmV\"\r\nError Number: 9" }, // 13
+                                                                                                      // columns
         { line("A", "1", "1\t2", "abc\t0\t1") + "\n", true, "File Error", Icon::None,
             "Error reading the select file. Please select a valid configuration file" },
         { line("A", "1", "256\t2") + "\n", false, "Error", Icon::Critical,
-            "Error Description: Overflow\r\nError Number: 6" },
+            "Error Description: Overflow in " + reader.GatewayConfigFileName + ", line 1: \""
+                + line("A", "1", "256\t2").substr(0, 60) + "...\"\r\nError Number: 6" },
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.message);
@@ -179,7 +184,8 @@ TEST_F(ConfigurationReaderTest, MissingFileShowsTheCriticalBoxWithoutTitle)
     EXPECT_EQ(dialogs.lastShown().title, "");
     EXPECT_EQ(dialogs.lastShown().icon, Icon::Critical);
     EXPECT_EQ(dialogs.lastShown().text,
-        "A required configuration file was not found\r\nPlease contact Norvale Systems.");
+        "A required configuration file was not found\r\n" + reader.GatewayConfigFileName
+            + "\r\nPlease contact Norvale Systems.");
 }
 
 TEST_F(ConfigurationReaderTest, CellFileFillsNodeOneAndCopiesToTheOthers)
@@ -285,7 +291,8 @@ TEST_F(ConfigurationReaderTest, AlarmFileMissingResetsTheMapAndShowsTheBox)
     EXPECT_FALSE(reader.ReadAlarmConfiguration());
     EXPECT_EQ(reader.AlarmMap[0], -1);
     EXPECT_EQ(dialogs.lastShown().text,
-        "A required configuration file was not found\r\nPlease contact Norvale Systems.");
+        "A required configuration file was not found\r\n" + reader.AlarmConfigFileName
+            + "\r\nPlease contact Norvale Systems.");
 
     fs::create_directories(reader.AlarmConfigFileName);
     dialogs.answerMessage(Answer::OK);

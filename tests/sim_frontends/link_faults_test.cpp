@@ -46,6 +46,9 @@ TEST(FaultList, RefusesWhatItCannotUse)
     EXPECT_NE(parseFaultList("pull").error.find("no value"), std::string::npos);
     EXPECT_NE(parseFaultList("jitter:0.1").error.find("unknown fault 'jitter'"), std::string::npos);
     EXPECT_NE(parseFaultList("pec:0.1x").error, "");
+    // Numbers that are not finite, or a pull too late to count in milliseconds.
+    for (const char* item : { "pull:inf", "pull:nan", "pull:1e300", "pec:nan", "noack:inf", "restart:-nan" })
+        EXPECT_NE(parseFaultList(item).error, "") << item;
 }
 
 TEST(FaultDice, RateZeroNeverRateOneAlways)

@@ -69,6 +69,9 @@ TEST(PackSimArgs, MistakesAreNamed)
     EXPECT_EQ(parse({ "--verbose" }).error, "unknown option '--verbose' (try --help)");
     EXPECT_NE(parse({ "--faults", "pec:2" }).error, "");
     EXPECT_NE(parse({ "--alarm-every", "-1" }).error, "");
+    for (const char* seconds : { "inf", "nan", "1e300" })
+        EXPECT_EQ(parse({ "--alarm-every", seconds }).error, "--alarm-every needs seconds from 0 to 31536000")
+            << seconds;
 }
 
 } // namespace

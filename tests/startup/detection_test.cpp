@@ -268,3 +268,24 @@ TEST_F(DetectionTest, BuildsTheReportedCellsAndTellsOnceThatTheLanIsNotBuilt)
 }
 
 } // namespace
+
+namespace {
+
+// Connect to Pack after the dongle was unplugged and plugged back: the port is opened and the
+// dongle configured again before the unlock, so the first try finds the pack; with the dongle
+// still away it fails on the first screen at once.
+TEST_F(DetectionTest, ReconnectOpensTheDonglesPortAgainFirst)
+{
+    ASSERT_EQ(detect(), detect::kLoaded);
+    sim.port.pull();
+    EXPECT_EQ(detection().ReconnectTarget(), detect::kNoAnswer);
+    EXPECT_EQ(splash.lblStatus.caption(),
+        "Unable to connect to device\r\nPlease check power and the connections to the hardware.");
+
+    sim.replaceEndpoint({});
+    sim.port.plugIn();
+    EXPECT_EQ(detection().ReconnectTarget(), detect::kLoaded);
+    EXPECT_TRUE(sim.pack->commandSetOpen());
+}
+
+} // namespace
