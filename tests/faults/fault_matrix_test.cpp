@@ -184,7 +184,7 @@ const MatrixRow kRows[] = {
     { "cut:0.05", "5 %", true },
     { "cut:1", "100 %", false, "Timeout waiting for response", "no answer from the adapter" },
     { "stuck:0.05", "5 %", true },
-    { "stuck:1", "100 %", false, "stuck high", "no answer from the adapter" },
+    { "stuck:1", "100 %", false, "Unexpected reply", "no answer from the adapter" },
     { "restart:0.05", "5 %", true },
     { "restart:1", "100 %", false, "/SNA", "did not acknowledge" },
     { "alarm:0.05", "5 %", true },

@@ -127,7 +127,7 @@ TEST_F(LogWriterTest, CommentsKeepTheColumnsAndLaterRowsFollowTheHeader)
     EXPECT_THAT(all[all.size() - 3], ::testing::MatchesRegex(R"(COMMENT,.*,1\.0000,tap  then wait)"));
     EXPECT_THAT(
         all[all.size() - 2], ::testing::MatchesRegex(R"(CHANGE,.*,1\.0000,Cell Over Voltage,4200,4250)"));
-    EXPECT_THAT(all.back(), ::testing::MatchesRegex(R"(Ra,.*,1\.0000(,[0-9]+)+)"));
+    EXPECT_THAT(all.back(), ::testing::MatchesRegex(R"(Ra,.*,1\.000[0-9](,[0-9]+)+)"));
     ASSERT_FALSE(sim.dialogs.notifications().empty());
     EXPECT_EQ(sim.dialogs.notifications().back().title, "Ra Data Captured");
 }
