@@ -290,12 +290,8 @@ void ParameterTabs::refreshGatewayValues()
         const clsSMBusParameter* parameter = parameterOfRow(list, row.key, 0);
         if (!parameter || parameter->OffsetMultiplier != 1)
             continue;
-        // A waiting edit keeps showing its new value beside the one just read, and stays bold.
-        if (hasNewValue(*parameter))
-            list.setSubItem(row.key, 1, editedValueText(*parameter, display));
-        else
-            list.setSubItem(
-                row.key, 1, parameter->ToString(parameter->SubBlockDataType == 0 ? 3 : 0, display));
+        // The value just read; a row with a waiting edit stays bold until it is written or reverted.
+        list.setSubItem(row.key, 1, parameter->ToString(parameter->SubBlockDataType == 0 ? 3 : 0, display));
         if (parameter->SubBlockDataType == 0 && row.key == list.selectedKey() && bitsShown && showBits)
             showBits(*parameter);
     }
