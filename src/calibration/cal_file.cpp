@@ -1,11 +1,11 @@
 #include "calibration/cal_file.h"
 
+#include "platform/atomic_file.h"
+
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 
-#include <unistd.h>
 
 namespace zv {
 
@@ -105,31 +105,12 @@ CalibrationDecode decodeCalFile(const CalFile& file, bool singleFile, const std:
 
 std::string writeFileAtomically(const std::string& path, std::string_view text)
 {
-    namespace fs = std::filesystem;
-    const fs::path target(path);
-    const fs::path temporary = target.parent_path()
-        / ("." + target.filename().string() + "." + std::to_string(::getpid()) + ".tmp");
-    {
-        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        if (!out)
-            return "Cannot write " + temporary.string();
-        out.write(text.data(), static_cast<std::streamsize>(text.size()));
-        out.flush();
-        if (!out) {
-            out.close();
-            std::error_code ignored;
-            fs::remove(temporary, ignored);
-            return "Cannot write " + temporary.string();
-        }
+    try {
+        writeFileReplacing(path, text);
+        return {};
+    } catch (const std::exception& e) {
+        return e.what();
     }
-    std::error_code error;
-    fs::rename(temporary, target, error);
-    if (error) {
-        std::error_code ignored;
-        fs::remove(temporary, ignored);
-        return "Cannot replace " + path + ": " + error.message();
-    }
-    return {};
 }
 
 std::optional<std::string> readTextFile(const std::string& path)

@@ -4,6 +4,7 @@
 #include "driver/cellweft.h"
 #include "logging/log_wizard_rules.h"
 #include "monitor/frm_main.h"
+#include "platform/atomic_file.h"
 #include "platform/dialogs.h"
 
 #include <filesystem>
@@ -253,16 +254,7 @@ void frmLogWizard::generate()
     const std::filesystem::path target(*chosen);
     writeSetting(s_.settings, "Path_Logging", target.parent_path().string());
     try {
-        const std::string text = definitionText();
-        const std::filesystem::path temporary = target.string() + ".tmp";
-        {
-            std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-            out << text;
-            out.flush();
-            if (!out)
-                throw std::runtime_error("The file " + target.string() + " could not be written");
-        }
-        std::filesystem::rename(temporary, target);
+        writeFileReplacing(target.string(), definitionText());
     } catch (const std::exception& e) {
         (void)s_.dialogs.messageBox(
             std::string("Error 1: ") + e.what(), platform::Buttons::OK, platform::Icon::Critical, kTitle);

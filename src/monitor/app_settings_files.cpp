@@ -6,6 +6,7 @@
 #include "monitor/frm_main.h"
 #include "monitor/main_title.h"
 #include "monitor/monitor.h"
+#include "platform/atomic_file.h"
 #include "platform/dialogs.h"
 
 #include <cstdlib>
@@ -81,18 +82,12 @@ AppSettingsFile AppSettingsFiles::current() const
 
 bool AppSettingsFiles::save(const std::string& path)
 {
-    const std::filesystem::path target(path);
-    const std::filesystem::path temporary = target.string() + ".tmp";
-    {
-        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        out << writeAppSettings(current());
-        out.flush();
-        if (!out)
-            return false;
+    try {
+        writeFileReplacing(path, writeAppSettings(current()));
+        return true;
+    } catch (const std::exception&) {
+        return false;
     }
-    std::error_code error;
-    std::filesystem::rename(temporary, target, error);
-    return !error;
 }
 
 void AppSettingsFiles::mnuSaveZentaviaSettings()

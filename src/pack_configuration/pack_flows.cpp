@@ -7,7 +7,7 @@
 #include "driver/cls_main.h"
 #include "monitor/main_title.h"
 #include "monitor/open_associated.h"
-#include "pack_configuration/atomic_file.h"
+#include "platform/atomic_file.h"
 #include "pack_configuration/editable_file.h"
 #include "pack_configuration/pack_format_error.h"
 #include "pack_configuration/xml_file.h"

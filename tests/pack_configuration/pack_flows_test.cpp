@@ -5,7 +5,7 @@
 #include "commands/command_words.h"
 #include "core/globals.h"
 #include "core/settings_table.h"
-#include "pack_configuration/atomic_file.h"
+#include "platform/atomic_file.h"
 #include "pack_configuration/pack_flows.h"
 #include "platform/desktop.h"
 #include "support/sim_harness.h"

@@ -4,7 +4,7 @@
 #include "access/crypt_text.h"
 #include "access/pack_key.h"
 #include "core/globals.h"
-#include "pack_configuration/atomic_file.h"
+#include "platform/atomic_file.h"
 #include "pack_configuration/dat_file.h"
 #include "pack_configuration/editable_file.h"
 #include "pack_configuration/pack_format_error.h"

@@ -1,4 +1,4 @@
-#include "pack_configuration/atomic_file.h"
+#include "platform/atomic_file.h"
 
 #include <cerrno>
 #include <cstring>
