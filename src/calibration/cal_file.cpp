@@ -1,28 +1,13 @@
 #include "calibration/cal_file.h"
 
 #include "platform/atomic_file.h"
+#include "platform/text.h"
 
 #include <cstdio>
 #include <fstream>
 #include <sstream>
 
-
 namespace zv {
-
-namespace {
-
-int hexDigit(char c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    return -1;
-}
-
-} // namespace
 
 std::string formatCalFile(const CalFile& file)
 {
@@ -56,8 +41,8 @@ std::optional<std::vector<std::uint8_t>> calLineBytes(std::string_view line)
     std::vector<std::uint8_t> bytes;
     bytes.reserve(line.size() / 2);
     for (std::size_t i = 0; i < line.size(); i += 2) {
-        const int high = hexDigit(line[i]);
-        const int low = hexDigit(line[i + 1]);
+        const int high = platform::hexDigitValue(line[i]);
+        const int low = platform::hexDigitValue(line[i + 1]);
         if (high < 0 || low < 0)
             return std::nullopt;
         bytes.push_back(static_cast<std::uint8_t>(high * 16 + low));

@@ -1,7 +1,9 @@
 #include "calibration/calibration_values.h"
 
 #include "params/number_text.h"
+#include "platform/text.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace zv {
@@ -63,15 +65,7 @@ std::string sensorOffsetText(std::uint16_t word, bool celsius, const NumberLocal
 std::vector<std::uint16_t> fileWords(std::string_view hex)
 {
     std::vector<std::uint16_t> words;
-    const auto digit = [](char c) {
-        if (c >= '0' && c <= '9')
-            return c - '0';
-        if (c >= 'A' && c <= 'F')
-            return c - 'A' + 10;
-        if (c >= 'a' && c <= 'f')
-            return c - 'a' + 10;
-        return 0;
-    };
+    const auto digit = [](char c) { return std::max(0, platform::hexDigitValue(c)); };
     for (std::size_t i = 0; i + 4 <= hex.size(); i += 4) {
         const int low = digit(hex[i]) * 16 + digit(hex[i + 1]);
         const int high = digit(hex[i + 2]) * 16 + digit(hex[i + 3]);

@@ -8,7 +8,15 @@
 #include <string>
 #include <vector>
 
+namespace zv {
+class clsCellWeft;
+class ParameterList;
+} // namespace zv
+
 namespace zv::cli {
+
+// The parameters of the gateway (node 0) or of cell `node`; CliError for a cell the pack lacks.
+[[nodiscard]] ParameterList& parameterList(clsCellWeft& driver, int node);
 
 class CliSession;
 

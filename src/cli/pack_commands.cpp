@@ -98,16 +98,6 @@ private:
     std::unique_ptr<PackConfigurationFlows> flows_;
 };
 
-ParameterList& parameterList(clsCellWeft& driver, int node)
-{
-    if (node == 0)
-        return driver.GatewayParameters;
-    if (node < 0 || node > driver.nodes.Count())
-        throw CliError("There is no cell " + std::to_string(node) + "; the pack has "
-            + std::to_string(driver.nodes.Count()) + " cells.");
-    return driver.nodes.Item(node)->NodeParameters;
-}
-
 } // namespace
 
 void runSaveConfig(CliSession& session, const std::string& file, std::ostream& out)

@@ -12,8 +12,6 @@
 
 namespace zv::cli {
 
-namespace {
-
 ParameterList& parameterList(clsCellWeft& driver, int node)
 {
     if (node == 0)
@@ -23,6 +21,8 @@ ParameterList& parameterList(clsCellWeft& driver, int node)
             + std::to_string(driver.nodes.Count()) + " cells.");
     return driver.nodes.Item(node)->NodeParameters;
 }
+
+namespace {
 
 // The value column of the main window's lists; the manufacture date as the pack summary writes it.
 std::string displayText(const clsSMBusParameter& parameter, const DisplaySettings& display)
