@@ -73,6 +73,8 @@ public:
     // Waits until the target is not busy (WaitUntilTargetIsIdle_HLK): false when the status
     // cannot be read or the target stays busy beyond the bound.
     [[nodiscard]] bool waitUntilIdle();
+    // True while the requests go over the USB adapter.
+    [[nodiscard]] bool onUsb() const { return usb() != nullptr; }
     // Writes the eight-digit command text ("03000000") to the command file 27.
     [[nodiscard]] bool WriteCommandFile(const std::string& commandHex, int writeWait = 0);
 
