@@ -87,8 +87,9 @@ void UsbSocketServer::addPollFds(std::vector<pollfd>& fds) const
         fds.push_back({ client.fd, POLLIN, 0 });
 }
 
-void UsbSocketServer::serve(std::span<const pollfd> fds, std::int64_t nowMs)
+void UsbSocketServer::serve(std::span<const pollfd> fds, std::int64_t nowUs)
 {
+    const std::int64_t nowMs = nowUs / 1000; // the adapter and the pack keep milliseconds
     // The clients' entries follow the listener's; clients accepted now are polled next time.
     std::size_t at = 0;
     const bool listening = listener_ >= 0 && !fds.empty() && fds[0].fd == listener_;

@@ -35,8 +35,8 @@ public:
     void setTrace(TraceSink sink) { trace_ = std::move(sink); }
 
     void addPollFds(std::vector<pollfd>& fds) const override;
-    void serve(std::span<const pollfd> fds, std::int64_t nowMs) override;
-    [[nodiscard]] std::optional<std::int64_t> nextDueMs() const override { return std::nullopt; }
+    void serve(std::span<const pollfd> fds, std::int64_t nowUs) override;
+    [[nodiscard]] std::optional<std::int64_t> nextDueUs() const override { return std::nullopt; }
 
 private:
     struct Client {
