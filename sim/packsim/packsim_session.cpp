@@ -31,7 +31,7 @@ PackSimSession::PackSimSession(const PackSimOptions& options, std::function<std:
     , pty_(dongle_, options.wirePacing)
     // The adapter decides its faults with a die of its own, so that the two front ends differ.
     , usb_(*pack_, { options.faults.link, options.pack.seed + 1u, nowUs_() / 1000 })
-    , usbServer_(usb_)
+    , usbServer_(usb_, options.wirePacing)
 {
 }
 

@@ -170,6 +170,25 @@ TEST(WirePacerTest, AnswersAreDueOnTheMicrosecond)
     }
 }
 
+// The USB adapter's answers are paced by their SMBus transactions at 100 kHz (10 us a bit).
+TEST(WirePacerTest, UsbAnswersTakeTheirSmbusTransaction)
+{
+    const struct {
+        const char* request;
+        const char* answer;
+        std::int64_t us;
+    } cases[] {
+        { "WRITEWORD 0B 00 21 6E", "0", (5 * 9 + 2) * 10 }, // address, command, two data, PEC
+        { "READWORD 0B 3D", "0 00 FF", (6 * 9 + 3) * 10 }, // the address again, repeated start
+        { "WRITEBLOCK 0B 3C 06 00 04 00 00 10 00", "0", (10 * 9 + 2) * 10 },
+        { "READBLOCK 0B 3F", "0 03 AA BB CC", (8 * 9 + 3) * 10 }, // the count, three bytes
+        { "CONNECT", "0", 0 },
+        { "VERSION", "0 ZV-USB-BRIDGE simulator 1.0", 0 },
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(WirePacer::smbusTimeUs(c.request, c.answer), c.us) << c.request;
+}
+
 // The front end on a virtual microsecond clock: the command read at 1 s is answered at
 // 1 s + 2603 us, not a microsecond earlier, not rounded to the next millisecond.
 TEST(PtyPacing, TheAnswerGoesOutOnItsMicrosecond)
