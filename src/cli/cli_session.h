@@ -35,6 +35,7 @@ struct LinkOptions {
     std::string usbDevice; // --usb: the adapter as the UsbAdapter setting names one
     bool demo = false; // --demo: run from the capture demo.ini in the program folder
     std::optional<int> address; // --address: 7-bit SMBus address; else [Setup] Address
+    std::string directoryCache; // folder of the directory cache (directory_cache.h); empty: none
 };
 
 // Makes the USB adapter that a UsbAdapter setting names (makeUsbAdapter).
@@ -85,6 +86,10 @@ private:
     [[nodiscard]] TargetOperations target();
     [[nodiscard]] DemoFileSource loadCapture() const;
     [[nodiscard]] std::string demoTargetId() const;
+    // The directory from the cache when the directory's own record, read now, matches a stored
+    // one; else false and nothing is read beyond that record.
+    [[nodiscard]] bool readCachedDirectory();
+    void storeDirectory();
 
     SessionServices s_;
     LinkOptions options_;
@@ -95,6 +100,7 @@ private:
     bool connected_ = false;
     bool identified_ = false;
     bool directoryRead_ = false;
+    std::vector<std::string> freshDirectory_; // the records of a directory read afresh, to be stored
     bool configured_ = false;
 };
 

@@ -1,6 +1,7 @@
 #include "cli/command_line.h"
 
 #include "cli/cli_error.h"
+#include "cli/directory_cache.h"
 
 #include <QCommandLineParser>
 #include <QStringList>
@@ -53,7 +54,9 @@ socket:PATH (the simulator's adapter socket), i2c:NAME (the i2c-dev bus of the a
 name holds NAME, such as CP2112) or /dev/i2c-N. --demo runs from demo.ini without hardware. The program
 folder (Zentavia.ini, configuration files) is --home, else ZENTAVIA_HOME, else the folder
 of the executable. Settings are read from ZENTAVIA_SETTINGS or the user's Zentavia.conf and
-never written.
+never written. The directory of a pack seen before comes from $XDG_CACHE_HOME/zentavia (else
+~/.cache/zentavia), checked against the directory's own record on every run; --no-cache reads
+it afresh.
 
 Exit status: 0 done, 1 the command failed (the reason is on stderr), 2 a usage error.)";
 
@@ -82,10 +85,11 @@ struct Options {
     QCommandLineOption block { "block", "sbread: read a block instead of a word." };
     QCommandLineOption format { "format", "sbread: HEX, UINT, SINT or STR.", "F" };
     QCommandLineOption extended { "extended", "sbread: keep the extended command set open." };
+    QCommandLineOption noCache { "no-cache", "Read the directory afresh instead of from the cache." };
 
     void addTo(QCommandLineParser& parser) const
     {
-        parser.addOptions({ help, port, usb, demo, home, address, node, block, format, extended });
+        parser.addOptions({ help, port, usb, demo, home, address, node, block, format, extended, noCache });
     }
 };
 
@@ -158,6 +162,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     line.link.port = parser.value(options.port).toStdString();
     line.link.usbDevice = parser.value(options.usb).toStdString();
     line.link.demo = parser.isSet(options.demo);
+    line.link.directoryCache = parser.isSet(options.noCache) ? std::string() : defaultCacheFolder();
     line.home = parser.value(options.home).toStdString();
     if (parser.isSet(options.usb) && line.link.usbDevice.empty())
         throw usage("--usb needs a device.");
