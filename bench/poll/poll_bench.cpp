@@ -69,12 +69,11 @@ public:
         , counting_(port_)
         , loop_(qtLoop_)
         , dialogs_(std::cerr)
-        , session_(
-              { counting_, loop_, dialogs_, settings_, ZENTAVIA_PROGRAM_FOLDER, std::cerr,
-                  [this](const std::string& setting) {
-                      return std::make_unique<zv::bench::CountingUsbAdapter>(
-                          zv::makeUsbAdapter(setting), busUs_);
-                  } },
+        , session_({ counting_, loop_, dialogs_, settings_, ZENTAVIA_PROGRAM_FOLDER, std::cerr,
+                       [this](const std::string& setting) {
+                           return std::make_unique<zv::bench::CountingUsbAdapter>(
+                               zv::makeUsbAdapter(setting), busUs_);
+                       } },
               config.usb ? zv::cli::LinkOptions { .usbDevice = "socket:" + where }
                          : zv::cli::LinkOptions { .port = where })
         , usb_(config.usb)

@@ -5,6 +5,8 @@
 #include "packsim/packsim_options.h"
 #include "packsim/packsim_session.h"
 
+#include <sys/prctl.h>
+
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -69,6 +71,8 @@ int main(int argc, char** argv)
     std::fflush(stdout);
 
     installStopHandlers();
+    // Paced replies wake the loop on their microsecond, not up to 50 us later.
+    ::prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
     while (!stopRequested) {
         if (!session.serveOnce(100)) {
             std::perror("zentavia-packsim: poll");
