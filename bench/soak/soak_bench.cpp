@@ -89,6 +89,9 @@ int main(int argc, char** argv)
             for (int minute = 0; minute < 60; ++minute) {
                 rig.h.loop.advance(kMinuteMs);
                 QApplication::processEvents();
+                // The test harness's own records of the traffic are not the application's memory.
+                rig.h.port.clearWritten();
+                rig.h.readWriteLines.clear();
             }
             if (hour % kReportEveryHours == 0) {
                 std::printf("%6d %12ld %14ld\n", hour, residentKiB(), plotPoints(*window));
