@@ -1,8 +1,9 @@
 # Helpers shared by every folder of the project.
 
 set(ZENTAVIA_WARNINGS -Wall -Wextra -Werror -Wno-missing-field-initializers)
-# GCC 12 at -O3 reports std::string copies as overlapping memcpy (GCC bug 105329): off there.
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_BUILD_TYPE STREQUAL "Release")
+# GCC 12 with optimisation reports std::string copies as overlapping memcpy (GCC bug 105329): off
+# in every optimised build type.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_BUILD_TYPE MATCHES "^(Release|RelWithDebInfo|MinSizeRel)$")
   list(APPEND ZENTAVIA_WARNINGS -Wno-restrict)
 endif()
 
