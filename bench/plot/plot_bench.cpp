@@ -136,8 +136,14 @@ int main(int argc, char** argv)
         updates.back(), kTimedSamples, median(updates), repaints.back(), median(repaints));
     std::printf("render to a 1200 x 500 pixmap: %.2f ms\n", pixmapMs);
     std::printf("zoom to fit all axes + repaint: %.2f ms; zoom X by 2 + repaint: %.2f ms\n", zoomMs, wheelMs);
+    std::size_t inControl = 0;
+    std::size_t inGraphs = 0;
+    for (std::size_t i = 0; i < chart.channelCount(); ++i)
+        inControl += chart.channel(i).points.size();
+    for (int i = 0; i < plot.graphCount(); ++i)
+        inGraphs += static_cast<std::size_t>(plot.graph(i)->dataCount());
     std::printf("memory: RSS grew %ld KiB; points held %zu KiB in the control + %zu KiB in the graphs\n",
-        after - before, points * sizeof(zv::platform::ui::ChartPoint) / 1024,
-        points * sizeof(QCPGraphData) / 1024);
+        after - before, inControl * sizeof(zv::platform::ui::ChartPoint) / 1024,
+        inGraphs * sizeof(QCPGraphData) / 1024);
     return 0;
 }

@@ -111,31 +111,32 @@ void PtyFrontEnd::addPollFds(std::vector<pollfd>& fds) const
         fds.push_back({ master_, POLLIN, 0 });
 }
 
-void PtyFrontEnd::serve(std::span<const pollfd> fds, std::int64_t nowMs)
+void PtyFrontEnd::serve(std::span<const pollfd> fds, std::int64_t nowUs)
 {
     if (master_ < 0)
         return;
+    const std::int64_t nowMs = nowUs / 1000; // the dongle and the pack keep milliseconds
     if (!fds.empty() && (fds[0].revents & POLLIN))
-        readFromHost(nowMs);
+        readFromHost(nowUs);
     if (nowMs - lastBroadcastPollMs_ >= kBroadcastPollMs
         || (dongle_.nextDueMs() && *dongle_.nextDueMs() <= nowMs)) {
         lastBroadcastPollMs_ = nowMs;
-        queue(dongle_.poll(nowMs), nowMs, 0);
+        queue(dongle_.poll(nowMs), nowUs, 0);
     }
-    writeDue(nowMs);
+    writeDue(nowUs);
     if (dongle_.pulled())
         close();
 }
 
-std::optional<std::int64_t> PtyFrontEnd::nextDueMs() const
+std::optional<std::int64_t> PtyFrontEnd::nextDueUs() const
 {
     if (master_ < 0)
         return std::nullopt;
-    std::int64_t due = lastBroadcastPollMs_ + kBroadcastPollMs;
+    std::int64_t due = (lastBroadcastPollMs_ + kBroadcastPollMs) * 1000;
     if (!pending_.empty())
         due = std::min(due, pending_.front().first);
     if (const auto dongleDue = dongle_.nextDueMs())
-        due = std::min(due, *dongleDue);
+        due = std::min(due, *dongleDue * 1000);
     return due;
 }
 
@@ -148,28 +149,28 @@ int PtyFrontEnd::currentLineBaud() const
     return baudOfSpeed(::cfgetospeed(&settings));
 }
 
-void PtyFrontEnd::readFromHost(std::int64_t nowMs)
+void PtyFrontEnd::readFromHost(std::int64_t nowUs)
 {
     char buffer[4096];
     const ssize_t count = ::read(master_, buffer, sizeof buffer);
     if (count <= 0)
         return; // EAGAIN, or EIO while no one has the slave open
     dongle_.setLineBaud(currentLineBaud());
-    queue(dongle_.receive(std::string_view(buffer, static_cast<std::size_t>(count)), nowMs), nowMs,
+    queue(dongle_.receive(std::string_view(buffer, static_cast<std::size_t>(count)), nowUs / 1000), nowUs,
         static_cast<std::size_t>(count));
 }
 
-void PtyFrontEnd::queue(std::string bytes, std::int64_t nowMs, std::size_t inChars)
+void PtyFrontEnd::queue(std::string bytes, std::int64_t nowUs, std::size_t inChars)
 {
     if (bytes.empty())
         return;
-    const std::int64_t due = pacer_.replyDueMs(nowMs, inChars, bytes.size(), dongle_.lineBaud());
+    const std::int64_t due = pacer_.replyDueUs(nowUs, inChars, bytes.size(), dongle_.lineBaud());
     pending_.emplace_back(due, std::move(bytes));
 }
 
-void PtyFrontEnd::writeDue(std::int64_t nowMs)
+void PtyFrontEnd::writeDue(std::int64_t nowUs)
 {
-    while (!pending_.empty() && pending_.front().first <= nowMs) {
+    while (!pending_.empty() && pending_.front().first <= nowUs) {
         const std::string& bytes = pending_.front().second;
         // A host that does not read lets the line's buffer fill; what does not fit is lost, as
         // on a real serial line.

@@ -34,15 +34,15 @@ public:
     void close();
 
     void addPollFds(std::vector<pollfd>& fds) const override;
-    void serve(std::span<const pollfd> fds, std::int64_t nowMs) override;
-    [[nodiscard]] std::optional<std::int64_t> nextDueMs() const override;
+    void serve(std::span<const pollfd> fds, std::int64_t nowUs) override;
+    [[nodiscard]] std::optional<std::int64_t> nextDueUs() const override;
 
 private:
     static constexpr std::int64_t kBroadcastPollMs = 100;
 
-    void readFromHost(std::int64_t nowMs);
-    void queue(std::string bytes, std::int64_t nowMs, std::size_t inChars);
-    void writeDue(std::int64_t nowMs);
+    void readFromHost(std::int64_t nowUs);
+    void queue(std::string bytes, std::int64_t nowUs, std::size_t inChars);
+    void writeDue(std::int64_t nowUs);
     [[nodiscard]] int currentLineBaud() const;
 
     HlkDongle& dongle_;
@@ -51,7 +51,7 @@ private:
     int slave_ = -1;
     std::string devicePath_;
     std::string linkPath_;
-    std::deque<std::pair<std::int64_t, std::string>> pending_; // due time, bytes
+    std::deque<std::pair<std::int64_t, std::string>> pending_; // due microsecond, bytes
     std::int64_t lastBroadcastPollMs_ = 0;
 };
 

@@ -20,16 +20,17 @@ public:
     virtual void addPollFds(std::vector<pollfd>& fds) const = 0;
 
     // Handles what poll() found on the descriptors this one added (in the same order), and
-    // whatever has become due by nowMs.
-    virtual void serve(std::span<const pollfd> fds, std::int64_t nowMs) = 0;
+    // whatever has become due by nowUs (microseconds).
+    virtual void serve(std::span<const pollfd> fds, std::int64_t nowUs) = 0;
 
-    // The next time serve() has work without any descriptor becoming ready.
-    [[nodiscard]] virtual std::optional<std::int64_t> nextDueMs() const = 0;
+    // The next microsecond at which serve() has work without any descriptor becoming ready.
+    [[nodiscard]] virtual std::optional<std::int64_t> nextDueUs() const = 0;
 };
 
 // Waits until a descriptor is ready, something falls due or maxWaitMs has passed, then serves
-// every front end. Returns false when poll() failed for another reason than a signal.
+// every front end. nowUs is the clock in microseconds, so that a reply paced to the wire goes
+// out on its microsecond. Returns false when poll() failed for another reason than a signal.
 [[nodiscard]] bool serveOnce(
-    std::span<Servable* const> servables, const std::function<std::int64_t()>& nowMs, int maxWaitMs);
+    std::span<Servable* const> servables, const std::function<std::int64_t()>& nowUs, int maxWaitMs);
 
 } // namespace zvsim

@@ -6,6 +6,9 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include "frontends/wire_pacer.h"
+
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -72,6 +75,7 @@ void UsbSocketServer::close()
     for (const Client& client : clients_)
         ::close(client.fd);
     clients_.clear();
+    paced_.clear();
     if (listener_ >= 0) {
         ::close(listener_);
         ::unlink(path_.c_str());
@@ -87,8 +91,9 @@ void UsbSocketServer::addPollFds(std::vector<pollfd>& fds) const
         fds.push_back({ client.fd, POLLIN, 0 });
 }
 
-void UsbSocketServer::serve(std::span<const pollfd> fds, std::int64_t nowMs)
+void UsbSocketServer::serve(std::span<const pollfd> fds, std::int64_t nowUs)
 {
+    const std::int64_t nowMs = nowUs / 1000; // the adapter and the pack keep milliseconds
     // The clients' entries follow the listener's; clients accepted now are polled next time.
     std::size_t at = 0;
     const bool listening = listener_ >= 0 && !fds.empty() && fds[0].fd == listener_;
@@ -99,7 +104,8 @@ void UsbSocketServer::serve(std::span<const pollfd> fds, std::int64_t nowMs)
         const bool polled = at < fds.size() && fds[at].fd == client.fd;
         const short events = polled ? fds[at++].revents : 0;
         if (events & (POLLIN | POLLHUP | POLLERR)) {
-            if (!serveClient(client, nowMs)) {
+            if (!serveClient(client, nowUs)) {
+                std::erase_if(paced_, [&](const Answer& answer) { return answer.fd == client.fd; });
                 ::close(client.fd);
                 continue;
             }
@@ -107,6 +113,7 @@ void UsbSocketServer::serve(std::span<const pollfd> fds, std::int64_t nowMs)
         remaining.push_back(std::move(client));
     }
     clients_ = std::move(remaining);
+    sendDue(nowUs);
     adapter_.checkPulled(nowMs);
     if (adapter_.pulled())
         close();
@@ -121,8 +128,25 @@ void UsbSocketServer::accept()
         adopt(fd);
 }
 
-bool UsbSocketServer::serveClient(Client& client, std::int64_t nowMs)
+std::optional<std::int64_t> UsbSocketServer::nextDueUs() const
 {
+    if (paced_.empty())
+        return std::nullopt;
+    return paced_.front().dueUs;
+}
+
+void UsbSocketServer::sendDue(std::int64_t nowUs)
+{
+    // A client that has gone meanwhile is found and dropped on its next poll.
+    while (!paced_.empty() && paced_.front().dueUs <= nowUs) {
+        (void)sendAll(paced_.front().fd, paced_.front().text);
+        paced_.pop_front();
+    }
+}
+
+bool UsbSocketServer::serveClient(Client& client, std::int64_t nowUs)
+{
+    const std::int64_t nowMs = nowUs / 1000;
     char buffer[1024];
     const ssize_t count = ::recv(client.fd, buffer, sizeof buffer, MSG_DONTWAIT);
     if (count < 0)
@@ -140,8 +164,13 @@ bool UsbSocketServer::serveClient(Client& client, std::int64_t nowMs)
             trace_(TraceDirection::Out, answer);
         if (adapter_.pulled())
             return false;
-        if (!sendAll(client.fd, answer + "\n"))
+        if (pacing_) {
+            // One bus: a transaction starts when the request has arrived and the bus is free.
+            busFreeUs_ = std::max(nowUs, busFreeUs_) + WirePacer::smbusTimeUs(request, answer);
+            paced_.push_back({ client.fd, busFreeUs_, answer + "\n" });
+        } else if (!sendAll(client.fd, answer + "\n")) {
             return false;
+        }
     }
     return client.received.size() <= kMaxRequest;
 }

@@ -6,6 +6,7 @@
 #include "frontends/serve_loop.h"
 #include "frontends/usb_adapter.h"
 
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -13,8 +14,10 @@ namespace zvsim {
 
 class UsbSocketServer : public Servable {
 public:
-    explicit UsbSocketServer(UsbAdapter& adapter)
+    // wirePacing: each answer goes out when its SMBus transaction would have ended.
+    explicit UsbSocketServer(UsbAdapter& adapter, bool wirePacing = false)
         : adapter_(adapter)
+        , pacing_(wirePacing)
     {
     }
     ~UsbSocketServer() override;
@@ -35,20 +38,30 @@ public:
     void setTrace(TraceSink sink) { trace_ = std::move(sink); }
 
     void addPollFds(std::vector<pollfd>& fds) const override;
-    void serve(std::span<const pollfd> fds, std::int64_t nowMs) override;
-    [[nodiscard]] std::optional<std::int64_t> nextDueMs() const override { return std::nullopt; }
+    void serve(std::span<const pollfd> fds, std::int64_t nowUs) override;
+    [[nodiscard]] std::optional<std::int64_t> nextDueUs() const override;
 
 private:
     struct Client {
         int fd;
         std::string received;
     };
+    struct Answer {
+        int fd;
+        std::int64_t dueUs;
+        std::string text;
+    };
 
     void accept();
     // Reads and answers what the client sent; false when the client has gone.
-    bool serveClient(Client& client, std::int64_t nowMs);
+    bool serveClient(Client& client, std::int64_t nowUs);
+    // Sends the paced answers whose time has come.
+    void sendDue(std::int64_t nowUs);
 
     UsbAdapter& adapter_;
+    bool pacing_;
+    std::int64_t busFreeUs_ = 0;
+    std::deque<Answer> paced_;
     TraceSink trace_;
     int listener_ = -1;
     std::string path_;

@@ -5,6 +5,8 @@
 #include "packsim/packsim_options.h"
 #include "packsim/packsim_session.h"
 
+#include <sys/prctl.h>
+
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -28,10 +30,10 @@ void installStopHandlers()
     ::sigaction(SIGTERM, &action, nullptr);
 }
 
-zvsim::TraceSink printingTrace(const char* channel, const std::function<std::int64_t()>& nowMs)
+zvsim::TraceSink printingTrace(const char* channel, const std::function<std::int64_t()>& nowUs)
 {
-    return [channel, nowMs](zvsim::TraceDirection direction, std::string_view text) {
-        std::printf("%10.3f %s %s %s\n", static_cast<double>(nowMs()) / 1000.0, channel,
+    return [channel, nowUs](zvsim::TraceDirection direction, std::string_view text) {
+        std::printf("%10.6f %s %s %s\n", static_cast<double>(nowUs()) / 1e6, channel,
             direction == zvsim::TraceDirection::In ? "<-" : "->", zvsim::printable(text).c_str());
         std::fflush(stdout);
     };
@@ -53,22 +55,24 @@ int main(int argc, char** argv)
     }
 
     const auto start = std::chrono::steady_clock::now();
-    const std::function<std::int64_t()> nowMs = [start] {
-        return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start)
+    const std::function<std::int64_t()> nowUs = [start] {
+        return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start)
             .count();
     };
-    zvsim::PackSimSession session(parsed.options, nowMs);
+    zvsim::PackSimSession session(parsed.options, nowUs);
     if (const auto error = session.start(); !error.empty()) {
         std::fprintf(stderr, "zentavia-packsim: %s\n", error.c_str());
         return 1;
     }
     if (parsed.options.trace)
-        session.setTrace([&](const char* channel) { return printingTrace(channel, nowMs); });
+        session.setTrace([&](const char* channel) { return printingTrace(channel, nowUs); });
     std::fputs((zvsim::describePack(parsed.options) + session.whereItAnswers()).c_str(), stdout);
     std::printf("Running; stop with Ctrl-C.\n");
     std::fflush(stdout);
 
     installStopHandlers();
+    // Paced replies wake the loop on their microsecond, not up to 50 us later.
+    ::prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
     while (!stopRequested) {
         if (!session.serveOnce(100)) {
             std::perror("zentavia-packsim: poll");

@@ -212,7 +212,8 @@ A simulated battery pack behind an HLK dongle (pseudo-terminal) and/or a USB ada
   --pty                serve the HLK dongle on a pseudo-terminal (the default)
   --link PATH          also make PATH a symbolic link to the pseudo-terminal (implies --pty)
   --usb-socket PATH    serve the USB adapter on a Unix socket at PATH
-  --wire-pacing        replies take the time their characters need at the line's baud rate
+  --wire-pacing        replies take the time their characters need at the line's baud rate,
+                       the USB adapter's the time of their SMBus transactions at 100 kHz
   --any-baud           answer at any baud rate the host sets
   --faults LIST        faults, e.g. pec:0.05,lost:0.01,busy:3,status:9,stuck:0.01,pull:120
                        rates 0..1: pec lost cut stuck alarm noack restart;

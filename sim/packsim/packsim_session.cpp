@@ -23,15 +23,15 @@ HlkOptions dongleOptions(const PackSimOptions& options, std::int64_t startMs)
 
 } // namespace
 
-PackSimSession::PackSimSession(const PackSimOptions& options, std::function<std::int64_t()> nowMs)
+PackSimSession::PackSimSession(const PackSimOptions& options, std::function<std::int64_t()> nowUs)
     : options_(options)
-    , nowMs_(std::move(nowMs))
+    , nowUs_(std::move(nowUs))
     , pack_(packWithFaults(options))
-    , dongle_(*pack_, dongleOptions(options, nowMs_()))
+    , dongle_(*pack_, dongleOptions(options, nowUs_() / 1000))
     , pty_(dongle_, options.wirePacing)
     // The adapter decides its faults with a die of its own, so that the two front ends differ.
-    , usb_(*pack_, { options.faults.link, options.pack.seed + 1u, nowMs_() })
-    , usbServer_(usb_)
+    , usb_(*pack_, { options.faults.link, options.pack.seed + 1u, nowUs_() / 1000 })
+    , usbServer_(usb_, options.wirePacing)
 {
 }
 
@@ -66,7 +66,7 @@ std::string PackSimSession::whereItAnswers() const
 
 bool PackSimSession::serveOnce(int maxWaitMs)
 {
-    return zvsim::serveOnce(servables_, nowMs_, maxWaitMs);
+    return zvsim::serveOnce(servables_, nowUs_, maxWaitMs);
 }
 
 bool PackSimSession::pulled() const

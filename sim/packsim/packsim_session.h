@@ -17,7 +17,8 @@ namespace zvsim {
 
 class PackSimSession {
 public:
-    PackSimSession(const PackSimOptions& options, std::function<std::int64_t()> nowMs);
+    // nowUs: the clock in microseconds; the pack and its front ends' devices see milliseconds.
+    PackSimSession(const PackSimOptions& options, std::function<std::int64_t()> nowUs);
 
     // Opens the front ends; an error text, empty on success.
     [[nodiscard]] std::string start();
@@ -38,7 +39,7 @@ public:
 
 private:
     PackSimOptions options_;
-    std::function<std::int64_t()> nowMs_;
+    std::function<std::int64_t()> nowUs_;
     std::unique_ptr<Pack> pack_;
     HlkDongle dongle_;
     PtyFrontEnd pty_;

@@ -3,6 +3,7 @@
 #include "access/crypt_text.h"
 #include "access/pack_key.h"
 #include "cli/cli_error.h"
+#include "cli/directory_cache.h"
 #include "connection/port_dialog_services.h"
 #include "core/paths.h"
 #include "core/target_table.h"
@@ -256,14 +257,59 @@ void CliSession::identify()
     identified_ = true;
 }
 
+bool CliSession::readCachedDirectory()
+{
+    if (options_.directoryCache.empty() || globals_.gDemo)
+        return false;
+    std::string targetId = globals_.gTargetID;
+    if (targetId.empty()) {
+        const int id = target().GetTargetID();
+        if (id < 0)
+            return false;
+        targetId = targetIdText(id);
+    }
+    const DirectoryCache cache(options_.directoryCache);
+    if (!cache.knows(targetId))
+        return false;
+    auto& d = driver();
+    const FileReply first = d.FileAccessRequest({ .file = 0, .offset = 0, .count = 1 });
+    if (!first.ok)
+        throw communicationFailed(kCommunicationError);
+    const auto records = cache.find(targetId, first.text);
+    if (!records || !loadDirectory(d.Directory, *records))
+        return false;
+    d.Parameters.CountParametersPerFile();
+    return true;
+}
+
 void CliSession::readDirectory()
 {
     connect();
     if (directoryRead_)
         return;
-    if (!driver().GetDir())
-        throw communicationFailed(kCommunicationError);
+    if (!readCachedDirectory()) {
+        std::vector<std::string> records;
+        const bool ok = driver().GetDir([&](const std::string& key, const std::string& text) {
+            if (key.starts_with("Dir"))
+                records.push_back(text);
+        });
+        if (!ok)
+            throw communicationFailed(kCommunicationError);
+        if (!options_.directoryCache.empty() && !globals_.gDemo)
+            freshDirectory_ = std::move(records);
+    }
     directoryRead_ = true;
+}
+
+void CliSession::storeDirectory()
+{
+    // Stored once the firmware is known, that is with the configuration loaded.
+    if (freshDirectory_.empty())
+        return;
+    const std::string firmware
+        = std::to_string(globals_.gFirmwareVersion) + "." + std::to_string(globals_.gFirmwareBuild);
+    DirectoryCache(options_.directoryCache).store(globals_.gTargetID, firmware, freshDirectory_);
+    freshDirectory_.clear();
 }
 
 void CliSession::loadConfiguration()
@@ -294,6 +340,7 @@ void CliSession::loadConfiguration()
     if (d.readConfig(kCellConfigFile) > kConfigReadCopiesFollow)
         throw configurationFault();
     configured_ = true;
+    storeDirectory();
 }
 
 void CliSession::detect()

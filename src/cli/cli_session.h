@@ -37,6 +37,7 @@ struct LinkOptions {
     std::optional<int> address; // --address: 7-bit SMBus address; else [Setup] Address
     bool acceptLoader = false; // a target in a loader state is connected, not refused (firmware)
     std::optional<std::string> password; // --password or ZENTAVIA_PASSWORD: opens a sealed pack
+    std::string directoryCache; // folder of the directory cache (directory_cache.h); empty: none
 };
 
 // Makes the USB adapter that a UsbAdapter setting names (makeUsbAdapter).
@@ -105,6 +106,10 @@ private:
     // A sealed level (0 or 1) ends the run, unless a password was given: then the login of the
     // login window runs and its level is the session's (cli_login.cpp).
     [[nodiscard]] int unseal(int level);
+    // The directory from the cache when the directory's own record, read now, matches a stored
+    // one; else false and nothing is read beyond that record.
+    [[nodiscard]] bool readCachedDirectory();
+    void storeDirectory();
 
     SessionServices s_;
     LinkOptions options_;
@@ -115,6 +120,7 @@ private:
     bool connected_ = false;
     bool identified_ = false;
     bool directoryRead_ = false;
+    std::vector<std::string> freshDirectory_; // the records of a directory read afresh, to be stored
     bool configured_ = false;
 };
 

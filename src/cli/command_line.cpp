@@ -1,6 +1,7 @@
 #include "cli/command_line.h"
 
 #include "cli/cli_error.h"
+#include "cli/directory_cache.h"
 
 #include <QCommandLineParser>
 #include <QStringList>
@@ -112,7 +113,9 @@ A sealed pack is opened with --password TEXT (or the ZENTAVIA_PASSWORD environme
 as the login window does. The program
 folder (Zentavia.ini, configuration files) is --home, else ZENTAVIA_HOME, else the folder
 of the executable. Settings are read from ZENTAVIA_SETTINGS or the user's Zentavia.conf and
-never written.
+never written. The directory of a pack seen before comes from $XDG_CACHE_HOME/zentavia (else
+~/.cache/zentavia), checked against the directory's own record on every run; --no-cache reads
+it afresh.
 
 Exit status: 0 done, 1 the command failed (the reason is on stderr), 2 a usage error;
 firmware and sysinfo also: 3 the image was refused (not a firmware file, invalid, or not
@@ -147,6 +150,7 @@ struct Options {
     QCommandLineOption format { "format", "sbread: HEX, UINT, SINT or STR.", "F" };
     QCommandLineOption extended { "extended", "sbread: keep the extended command set open." };
     QCommandLineOption yes { "yes", "restore-cal: go on when the file's sizes do not match the device." };
+    QCommandLineOption noCache { "no-cache", "Read the directory afresh instead of from the cache." };
     QCommandLineOption preserveCal { "preserve-cal",
         "firmware: save the calibration to FILE.cal and restore it.", "FILE.cal" };
     QCommandLineOption count { "count", "poll: number of samples.", "N" };
@@ -163,7 +167,7 @@ struct Options {
         parser.addOptions({ count, rate, log, comment, dlog, slog });
         parser.addOptions({ relearn });
         parser.addOptions({ preserveCal });
-        parser.addOptions({ raw, password });
+        parser.addOptions({ raw, password, noCache });
     }
 };
 
@@ -296,6 +300,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     line.link.port = parser.value(options.port).toStdString();
     line.link.usbDevice = parser.value(options.usb).toStdString();
     line.link.demo = parser.isSet(options.demo);
+    line.link.directoryCache = parser.isSet(options.noCache) ? std::string() : defaultCacheFolder();
     line.home = parser.value(options.home).toStdString();
     if (parser.isSet(options.usb) && line.link.usbDevice.empty())
         throw usage("--usb needs a device.");

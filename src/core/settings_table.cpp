@@ -39,6 +39,7 @@ constexpr std::string_view kLoggingFolder = "Data Logging Files";
         SettingDefinition { "PlotVoltage", "-1", ReadAt::OnUse },
         SettingDefinition { "PlotSOC", "0", ReadAt::OnUse },
         SettingDefinition { "PlotTemperature", "0", ReadAt::OnUse },
+        SettingDefinition { "PlotHistoryHours", "2", ReadAt::OnUse },
         SettingDefinition { "T_cmd_to_sts", "1", ReadAt::OnUse },
         SettingDefinition { "T_sts_to_sts", "5", ReadAt::OnUse },
         SettingDefinition { "MAX_BLOCK_TRANSFER", "128", ReadAt::OnUse },

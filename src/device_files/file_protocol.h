@@ -81,6 +81,8 @@ public:
     // One status read over the dongle (FileStatusOnly), no wait: the status byte, or nothing when
     // the link failed. 0 in demo mode.
     [[nodiscard]] std::optional<int> statusOnce();
+    // True while the requests go over the USB adapter.
+    [[nodiscard]] bool onUsb() const { return usb() != nullptr; }
     // Writes the eight-digit command text ("03000000") to the command file 27.
     [[nodiscard]] bool WriteCommandFile(const std::string& commandHex, int writeWait = 0);
 

@@ -25,7 +25,7 @@ FileTransfer::FileTransfer(FileProtocol& files, oDirectory& directory, Parameter
 {
 }
 
-std::optional<std::string> FileTransfer::readFile(int file)
+std::optional<std::string> FileTransfer::readFile(int file, PartWait wait)
 {
     const auto* entry = directory_.DirectoryElements.fileEntry(file);
     if (!entry)
@@ -34,7 +34,8 @@ std::optional<std::string> FileTransfer::readFile(int file)
         = demo_ ? std::vector<FilePart> { { 0, static_cast<int>(entry->FileLength()) } } : readParts(*entry);
     std::string text;
     for (std::size_t i = 0; i < parts.size(); ++i) {
-        if (i > 0 && !files_.waitUntilIdle())
+        const bool waits = wait == PartWait::Idle || (wait == PartWait::DongleIdle && !files_.onUsb());
+        if (i > 0 && waits && !files_.waitUntilIdle())
             return std::nullopt;
         FileRequest request;
         request.file = file;

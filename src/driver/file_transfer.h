@@ -29,8 +29,13 @@ public:
     FileTransfer(FileProtocol& files, oDirectory& directory, ParameterList& gateway, NodeList& nodes,
         const ValueConversion& conversion, const bool& demo);
 
+    // What a read in parts does between two parts. The poll's GetFile sends them back to back;
+    // a single parameter read waits for the target on the dongle, the read of every value on
+    // either transport.
+    enum class PartWait { None, DongleIdle, Idle };
+
     // Reads file `file` whole (in parts where needed). Empty optional on failure.
-    [[nodiscard]] std::optional<std::string> readFile(int file);
+    [[nodiscard]] std::optional<std::string> readFile(int file, PartWait wait = PartWait::None);
     // Reads the file and gives its parameters their values.
     [[nodiscard]] bool GetFile(int file, std::string& text);
     // Writes the whole file from its bytes, in parts where needed.

@@ -96,7 +96,7 @@ ParameterPlace ParameterAccess::FindParameter(std::string_view key, int node, in
 
 bool ParameterAccess::ReadParameter(clsSMBusParameter& parameter)
 {
-    const auto text = s_.transfer.readFile(parameter.FileNumber);
+    const auto text = s_.transfer.readFile(parameter.FileNumber, FileTransfer::PartWait::DongleIdle);
     if (text) {
         s_.transfer.applyValue(parameter, *text);
         parameter.NewValue = DynamicValue();
@@ -198,7 +198,7 @@ bool ParameterAccess::GetAllValues(const std::function<void(const std::string&, 
             && ParametersPerFile[static_cast<std::size_t>(position)] > 0;
         if (!marked && !(capture && file != kHistoryFileSkippedByCapture))
             continue;
-        const auto text = s_.transfer.readFile(file);
+        const auto text = s_.transfer.readFile(file, FileTransfer::PartWait::Idle);
         if (!text) {
             ok = false;
             continue;

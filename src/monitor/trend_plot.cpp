@@ -11,7 +11,9 @@
 #include "platform/event_loop.h"
 #include "platform/val.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <optional>
 #include <random>
 #include <string>
@@ -89,6 +91,9 @@ std::optional<double> plotValue(
     return Val(text);
 }
 
+constexpr std::string_view kPlotHistoryHours = "PlotHistoryHours";
+constexpr double kSecondsAnHour = 3600;
+
 void setDefaultXAxis(Chart& chart)
 {
     chart.updateXAxis([](ChartAxis& a) {
@@ -106,6 +111,14 @@ void addPoint(Chart& chart, std::size_t channel, double x, std::optional<double>
 }
 
 } // namespace
+
+double plotHistorySpan(const std::string& hoursSetting)
+{
+    const auto hours = parseNumber(hoursSetting, '.');
+    if (!hours || !std::isfinite(*hours))
+        return kXSpan;
+    return std::max(kXSpan, *hours * kSecondsAnHour);
+}
 
 TrendPlot::TrendPlot(MonitorContext& context, PollCycle& poll)
     : c_(context)
@@ -193,6 +206,7 @@ void TrendPlot::loadPlot()
         f.iSwitchLed[i].setValue(on ? CheckBox::Checked : CheckBox::Unchecked);
     }
     BoardChannel = 2 * static_cast<std::size_t>(c_.globals.gNodeCount) + 2;
+    f.iPlot.setHistorySpan(plotHistorySpan(readSetting(c_.settings, kPlotHistoryHours, c_.programFolder)));
     BuildPlotChannels();
     ReconfigurePlotting();
     ResetXY();

@@ -27,6 +27,10 @@ enum PlotSwitch : std::size_t { kPlotCurrent = 0, kPlotVoltage = 1, kPlotSoc = 2
 inline constexpr std::size_t kPlotSwitches = 4;
 inline constexpr std::size_t kPlotFixedChannels = 2; // current and RSOC exist from the start
 
+// How many seconds of samples the plot keeps, from the PlotHistoryHours setting: the hours given,
+// never less than the two hours of the X axis; the two hours for a text that is not a number.
+[[nodiscard]] double plotHistorySpan(const std::string& hoursSetting);
+
 [[nodiscard]] constexpr std::size_t voltageChannel(std::size_t cell)
 {
     return 2 * cell;

@@ -60,6 +60,7 @@ private:
     AxisState x_;
     std::vector<AxisState> y_;
     unsigned generation_ = 0;
+    unsigned channelGeneration_ = 0;
     bool syncing_ = false;
     bool again_ = false;
     bool settingRange_ = false;
@@ -230,18 +231,25 @@ void ChartView::syncLegend()
     }
 }
 
-// Appends the points the plot has not drawn yet; after points were dropped it draws them anew.
+// Takes the new points over from the chart: the graphs hold the history, the chart none of it.
+// Points older than the chart's history span behind a line's newest go; the container only moves
+// its start, so that costs constant time a sample on average.
 void ChartView::syncPoints()
 {
-    const bool redraw = generation_ != chart_.dataGeneration();
+    const bool cleared = generation_ != chart_.dataGeneration();
+    const bool replaced = channelGeneration_ != chart_.channelGeneration();
     generation_ = chart_.dataGeneration();
+    channelGeneration_ = chart_.channelGeneration();
     for (std::size_t i = 0; i < graphs_.size(); ++i) {
         QCPGraph& graph = *graphs_[i];
-        const auto& points = chart_.channel(i).points;
-        if (redraw || static_cast<std::size_t>(graph.dataCount()) > points.size())
+        if (cleared || (replaced && i >= chart_.fixedChannelCount()))
             graph.data()->clear();
-        for (auto p = points.begin() + graph.dataCount(); p != points.end(); ++p)
-            graph.addData(p->x, p->y);
+        const auto points = chart_.takePoints(i);
+        if (points.empty())
+            continue;
+        for (const auto& p : points)
+            graph.addData(p.x, p.y);
+        graph.data()->removeBefore(points.back().x - chart_.historySpan());
     }
 }
 
@@ -289,9 +297,9 @@ void ChartView::track()
     if (chart_.xAxis().tracking) {
         double newest = plot_->xAxis->range().lower;
         for (std::size_t i = 0; i < graphs_.size(); ++i) {
-            const auto& points = chart_.channel(i).points;
-            if (chart_.channel(i).visible && !points.empty())
-                newest = std::max(newest, points.back().x);
+            const auto& data = *graphs_[i]->data();
+            if (chart_.channel(i).visible && !data.isEmpty())
+                newest = std::max(newest, (data.constEnd() - 1)->key);
         }
         const QCPRange range = plot_->xAxis->range();
         if (newest > range.upper)

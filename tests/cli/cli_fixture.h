@@ -7,6 +7,10 @@
 #include "support/sim_harness.h"
 #include "usb/sim_usb_adapter.h"
 
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -27,7 +31,17 @@ public:
     explicit CliRig(zvsim::PackOptions options = {})
         : sim(options)
     {
+        // The directory cache of these runs lives and dies with the rig.
+        std::filesystem::remove_all(cacheHome);
+        ::setenv("XDG_CACHE_HOME", cacheHome.c_str(), 1);
     }
+    ~CliRig()
+    {
+        std::error_code error;
+        std::filesystem::remove_all(cacheHome, error);
+    }
+    CliRig(const CliRig&) = delete;
+    CliRig& operator=(const CliRig&) = delete;
 
     CliRun run(const std::vector<std::string>& arguments, const std::string& home = programFolder())
     {
@@ -46,6 +60,8 @@ public:
         return result;
     }
 
+    const std::filesystem::path cacheHome
+        = std::filesystem::temp_directory_path() / ("zv-cli-cache-" + std::to_string(::getpid()));
     SimHarness sim;
     // As zentavia-cli has it: the user's settings below, this run's own values on top.
     cli::CliSettingsStore settings { sim.settings };

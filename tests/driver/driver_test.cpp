@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 
 using namespace zv;
 
@@ -79,6 +80,48 @@ TEST_F(DriverTest, FilesLargerThanOneTransferMoveInPartsOfWholeRecords)
     }
     EXPECT_EQ(d.GatewayParameters.FindByName("Device Chemistry")->value, DynamicValue("LION"))
         << "the third record of file 8 was read";
+}
+
+// The poll's GetFile sends the parts of a file back to back; the reads that wait for the target
+// between parts pay one idle wait, that is one more status read, before each later part.
+TEST_F(DriverTest, OnlyTheReadsThatAskForItWaitForTheTargetBetweenParts)
+{
+    connect();
+    auto& d = sim.driver();
+    const auto* entry = d.Directory.DirectoryElements.fileEntry(37);
+    const auto parts
+        = static_cast<std::int64_t>((entry->FileSize + entry->FileMaxBytes - 1) / entry->FileMaxBytes);
+    ASSERT_GE(parts, 2);
+    const auto statusReadsOf = [&](const std::function<bool()>& read) -> std::int64_t {
+        sim.port.clearWritten();
+        if (!read())
+            return -1;
+        const std::string& written = sim.port.written();
+        std::int64_t count = 0;
+        for (auto at = written.find("/*T~3D"); at != std::string::npos; at = written.find("/*T~3D", at + 1))
+            ++count;
+        return count;
+    };
+    const auto poll = statusReadsOf([&] {
+        std::string text;
+        return d.GetFile(37, text);
+    });
+    ASSERT_GE(poll, 2 * parts) << "idle before each request and the answer to it";
+    EXPECT_EQ(statusReadsOf([&] {
+        std::string text;
+        return d.GetFile(37, text);
+    }),
+        poll)
+        << "the count is the device's, not chance";
+    const struct {
+        const char* name;
+        FileTransfer::PartWait wait;
+    } waiting[] { { "parameter read", FileTransfer::PartWait::DongleIdle },
+        { "read of every value", FileTransfer::PartWait::Idle } };
+    for (const auto& c : waiting)
+        EXPECT_EQ(
+            statusReadsOf([&] { return d.Transfer.readFile(37, c.wait).has_value(); }), poll + parts - 1)
+            << c.name;
 }
 
 TEST_F(DriverTest, WritesACelsiusTemperatureAsKelvinAndMarksTheCommit)

@@ -227,6 +227,18 @@ TEST_F(TrendPlotTest, TrackZoomExpandAndColours)
     EXPECT_EQ(plot.channel(3).color, 0x123456U);
 }
 
+// The plot keeps what its X axis can show, two hours, or the longer history of the setting.
+TEST(TrendPlotHistory, TheSettingLengthensTheHistoryNeverShortensIt)
+{
+    const struct {
+        const char* setting;
+        double seconds;
+    } cases[] { { "2", 7200 }, { "24", 86'400 }, { "0.5", 7200 }, { "-3", 7200 }, { "168", 604'800 },
+        { "a week", 7200 }, { "", 7200 } };
+    for (const auto& c : cases)
+        EXPECT_EQ(plotHistorySpan(c.setting), c.seconds) << '"' << c.setting << '"';
+}
+
 TEST(TrendPlotChannels, BoardChannelMovesWithTheCellCount)
 {
     MonitorRig rig(test::kTarget1002);

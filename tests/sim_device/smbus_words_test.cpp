@@ -42,9 +42,9 @@ TEST_F(Pack1001, PackPecWordWriteIsAcceptedOnlyWithTheRightPec)
 TEST_F(Pack1001, PackPecBlockWriteWithBadPecLeavesTheProtocolUntouched)
 {
     host.open();
-    std::vector<std::uint8_t> request { 0x3C, 6, 0, 1, 0, 0, 20, 0 };
-    std::vector<std::uint8_t> covered { 0x16 };
-    covered.insert(covered.end(), request.begin(), request.end());
+    // The PEC covers the address and the request; the request goes without the address.
+    const std::vector<std::uint8_t> covered { 0x16, 0x3C, 6, 0, 1, 0, 0, 20, 0 };
+    std::vector<std::uint8_t> request(covered.begin() + 1, covered.end());
     request.push_back(static_cast<std::uint8_t>(pec(covered) + 1));
     EXPECT_FALSE(host.send(request));
     EXPECT_EQ(host.status()[0], 0) << "no request was taken";

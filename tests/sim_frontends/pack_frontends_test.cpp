@@ -35,7 +35,7 @@ protected:
     // The session runs on the test's clock; the socket traffic is real.
     std::function<std::int64_t()> virtualClock()
     {
-        return [this] { return clockMs; };
+        return [this] { return clockMs * 1000; };
     }
 
     void connect()

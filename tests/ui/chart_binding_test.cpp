@@ -51,7 +51,32 @@ TEST(ChartControl, BracketsNotifyOnceAndOnlyRealChangesReachTheListener)
     EXPECT_TRUE(chart.channel(2).title.empty());
     chart.clearData();
     EXPECT_TRUE(chart.channel(0).points.empty());
-    EXPECT_EQ(chart.dataGeneration(), generation + 2);
+    EXPECT_EQ(chart.dataGeneration(), generation + 1);
+}
+
+// The history is bounded by the span behind each channel's newest point, whoever holds it.
+TEST(ChartControl, PointsOlderThanTheHistorySpanAreDropped)
+{
+    const struct {
+        const char* name;
+        double span;
+        int samples;
+        double oldest;
+        std::size_t kept;
+    } cases[] {
+        { "default two hours at 1 s", ui::Chart::kDefaultHistorySpan, 10'000, 10'000 - 1 - 7200, 7201 },
+        { "the newest span and its edge", 10, 30, 19, 11 },
+        { "fewer samples than the span", 100, 30, 0, 30 },
+    };
+    for (const auto& c : cases) {
+        ui::Chart chart("iPlot", 2, 4);
+        chart.setHistorySpan(c.span);
+        for (int t = 0; t < c.samples; ++t)
+            chart.addPoint(0, t, t);
+        ASSERT_EQ(chart.channel(0).points.size(), c.kept) << c.name;
+        EXPECT_EQ(chart.channel(0).points.front().x, c.oldest) << c.name;
+        EXPECT_EQ(chart.channel(0).points.back().x, c.samples - 1) << c.name;
+    }
 }
 
 TEST(ChartControl, UserEventsNeedAUsableChart)
@@ -227,6 +252,47 @@ TEST_F(ChartBindingTest, LegendClickChoosesTheChannel)
         QEvent::MouseButtonRelease, QPointF(), QPointF(), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
     emit plot->legendClick(plot->legend, item, &click);
     EXPECT_EQ(clicked, (std::vector<std::size_t> { 2 }));
+}
+
+} // namespace
+} // namespace zv::qt
+
+namespace zv::qt {
+namespace {
+
+// Bound to a plot the graphs hold the points and the chart none; the graphs drop what falls out
+// of the history span; a rebuild of the cells empties their lines and keeps the fixed ones.
+TEST_F(ChartBindingTest, TheGraphsHoldTheBoundedHistoryAlone)
+{
+    chart.setHistorySpan(10);
+    addCell("Voltage 1");
+    for (int t = 0; t < 30; ++t) {
+        chart.beginUpdate();
+        for (std::size_t channel = 0; channel < 3; ++channel)
+            chart.addPoint(channel, t, t);
+        chart.endUpdate();
+        EXPECT_TRUE(chart.channel(2).points.empty()) << "taken over at once";
+    }
+    const auto keys = [&](int graph) {
+        std::vector<double> x;
+        for (auto p = plot->graph(graph)->data()->constBegin(); p != plot->graph(graph)->data()->constEnd();
+             ++p)
+            x.push_back(p->key);
+        return x;
+    };
+    ASSERT_EQ(plot->graph(2)->dataCount(), 11);
+    EXPECT_EQ(keys(2).front(), 19);
+    EXPECT_EQ(keys(2).back(), 29);
+
+    chart.beginUpdate();
+    chart.removeAddedChannels();
+    addCell("Voltage 1");
+    chart.addPoint(2, 30, 1);
+    chart.addPoint(0, 30, 1);
+    chart.endUpdate();
+    EXPECT_EQ(keys(2), (std::vector<double> { 30 })) << "a new cell line starts empty";
+    EXPECT_EQ(plot->graph(0)->dataCount(), 11) << "the current keeps its history (20 to 30)";
+    EXPECT_EQ(keys(0).front(), 20);
 }
 
 } // namespace

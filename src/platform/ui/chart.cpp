@@ -27,7 +27,7 @@ void Chart::removeAddedChannels()
     if (channels_.size() <= fixedChannels_)
         return;
     channels_.resize(fixedChannels_);
-    ++dataGeneration_;
+    ++channelGeneration_;
     changed(Change::Rows);
 }
 
@@ -42,7 +42,7 @@ void Chart::updateChannel(std::size_t index, const std::function<void(ChartChann
 {
     ChartChannel& channel = channels_.at(index);
     // The points stay out of reach of the change.
-    std::vector<ChartPoint> points = std::move(channel.points);
+    std::deque<ChartPoint> points = std::move(channel.points);
     channel.points.clear();
     const ChartChannel before = channel;
     change(channel);
@@ -61,8 +61,22 @@ void Chart::setChannelShown(std::size_t index, bool shown)
 
 void Chart::addPoint(std::size_t index, double x, double y)
 {
-    channels_.at(index).points.push_back({ x, y });
+    auto& points = channels_.at(index).points;
+    points.push_back({ x, y });
+    // Each point is dropped once: constant work a sample on average.
+    while (points.front().x < x - historySpan_)
+        points.pop_front();
     changed(Change::Appended);
+}
+
+std::deque<ChartPoint> Chart::takePoints(std::size_t index)
+{
+    return std::exchange(channels_.at(index).points, {});
+}
+
+void Chart::setHistorySpan(double span)
+{
+    historySpan_ = span;
 }
 
 void Chart::clearData()

@@ -1,13 +1,16 @@
 #pragma once
-// A strip chart: numbered channels of (x, y) points on one X axis and named Y axes. The chart
-// keeps the points itself, so a binder only appends the ones it has not drawn yet. Changes made
-// between beginUpdate and endUpdate reach the binder as one notification at the end.
+// A strip chart: numbered channels of (x, y) points on one X axis and named Y axes. A binder takes
+// the new points over (takePoints) and from then on holds the history itself, so that the points
+// are kept once; an unbound chart keeps them. Either holds no point older than the history span
+// behind a channel's newest point, dropped as new ones come. Changes made between beginUpdate and
+// endUpdate reach the binder as one notification at the end.
 //
 // Zoom to fit is a request: the axis counts them and the binder rescales once per new request.
 
 #include "platform/ui/control.h"
 
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <string>
 #include <vector>
@@ -25,7 +28,7 @@ struct ChartChannel {
     std::string yAxisName;
     bool visible = true;
     bool visibleInLegend = true;
-    std::vector<ChartPoint> points;
+    std::deque<ChartPoint> points; // not yet taken by a binder
 };
 
 struct ChartAxis {
@@ -55,10 +58,20 @@ public:
     void updateChannel(std::size_t index, const std::function<void(ChartChannel&)>& change);
     void setChannelShown(std::size_t index, bool shown); // Visible and VisibleInLegend
     void addPoint(std::size_t index, double x, double y);
+    // Hands the channel's points to the binder, which keeps them from now on.
+    [[nodiscard]] std::deque<ChartPoint> takePoints(std::size_t index);
     void clearData();
-    // Counts the times points were dropped (clearData, removeAddedChannels): a binder that sees it
-    // change redraws from the stored points.
+    // Counts the times every point was dropped (clearData): a binder that sees it change empties
+    // its lines.
     [[nodiscard]] unsigned dataGeneration() const { return dataGeneration_; }
+    // Counts removeAddedChannels: a binder that sees it change empties the lines beyond the fixed.
+    [[nodiscard]] unsigned channelGeneration() const { return channelGeneration_; }
+    [[nodiscard]] std::size_t fixedChannelCount() const { return fixedChannels_; }
+
+    // How far in X behind a channel's newest point its points are kept.
+    static constexpr double kDefaultHistorySpan = 7200;
+    [[nodiscard]] double historySpan() const { return historySpan_; }
+    void setHistorySpan(double span);
 
     [[nodiscard]] const ChartAxis& xAxis() const { return xAxis_; }
     [[nodiscard]] std::size_t yAxisCount() const { return yAxes_.size(); }
@@ -94,6 +107,8 @@ private:
     std::vector<ChartAxis> yAxes_;
     std::string gridYAxisName_;
     unsigned dataGeneration_ = 0;
+    unsigned channelGeneration_ = 0;
+    double historySpan_ = kDefaultHistorySpan;
     int updateDepth_ = 0;
     bool pending_ = false;
 };
