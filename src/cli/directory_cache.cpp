@@ -114,10 +114,12 @@ void DirectoryCache::store(
 bool loadDirectory(oDirectory& directory, const std::vector<std::string>& records)
 {
     directory.DirectoryElements.Clear();
+    directory.RecordsRead.clear();
     for (std::size_t i = 0; i < records.size(); ++i) {
         const auto entry = parseDirectoryRecord(hexToBytes(records[i]));
         if (!entry)
             return false;
+        directory.RecordsRead.push_back(*entry);
         if (i == 0 || entry->FileName != "Error")
             directory.DirectoryElements.Append(*entry);
     }

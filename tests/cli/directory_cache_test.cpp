@@ -60,6 +60,7 @@ protected:
 
 TEST_F(DirectoryCacheTest, APackSeenBeforeCostsOneDirectoryRecord)
 {
+    sim.pack->model().dataFlow = false; // the cells keep the value set here
     sim.pack->model().files.set("Voltage", 3333, 3);
     const auto first = runCounted({ "get", "Voltage", "--node", "3" });
     ASSERT_EQ(first.status, 0) << first.err;
