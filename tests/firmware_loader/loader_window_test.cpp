@@ -3,19 +3,20 @@
 // target, the repeat of a failed verification, a pack pulled in the middle of a download, the
 // calibration carried across the download, and what closing the window sets off.
 
+#include "calibration/cal_file.h"
 #include "core/active_form.h"
 #include "core/target_table.h"
 #include "driver/target_operations.h"
 #include "firmware_loader/calibration_carry.h"
 #include "firmware_loader/firmware_check.h"
 #include "firmware_loader/frm_boot_strap_loader.h"
+#include "platform/atomic_file.h"
 #include "support/sim_harness.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 using namespace zv;
 using platform::Answer;
@@ -36,25 +37,6 @@ zvsim::PackOptions pack(std::uint16_t target, zvsim::PackState state)
     options.targetId = target;
     options.state = state;
     return options;
-}
-
-std::string readText(const fs::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-std::string hexOf(const std::vector<std::uint8_t>& bytes)
-{
-    std::string text;
-    char pair[3];
-    for (auto b : bytes) {
-        std::snprintf(pair, sizeof pair, "%02X", b);
-        text += pair;
-    }
-    return text;
 }
 
 class LoaderWindow {
@@ -107,14 +89,8 @@ public:
 
     std::string targetName() const
     {
-        switch (sim.pack->model().options.targetId) {
-        case 0x1001:
-            return "ZK9460";
-        case 0x1002:
-            return "ZK9460S12";
-        default:
-            return "ZK9470";
-        }
+        const auto id = targetIdText(sim.pack->model().options.targetId);
+        return findTargetById(readTargetTable(sim.globals.gINIFile), id)->Name;
     }
 
     void load(const std::string& path)
@@ -301,23 +277,6 @@ TEST(LoaderWindow, PreservingCalibrationIsOfferedOnTarget1001Only)
     }
 }
 
-TEST(LoaderWindow, AVerificationThatFailsOnceAndPassesOnTheRepeatCountsAsSuccess)
-{
-    LoaderWindow w(pack(0x1003, zvsim::PackState::Application));
-    w.open(true);
-    // The first file read after the last section fails: the first verification cannot read file 5.
-    w.onComplete = [&](bool) {
-        if (w.completions.size() == 2)
-            w.sim.pack->faults().forcedStatus = 4;
-    };
-    w.load(kImage6000);
-    w.window->cmdDownload.click();
-    EXPECT_EQ(w.sim.pack->faults().forcedStatus, -1) << "the fault was met";
-    EXPECT_EQ(w.window->lastOutcome(), DownloadOutcome::Verified);
-    EXPECT_EQ(w.info(), "Verification completed OK");
-    EXPECT_TRUE(w.boxTitles().empty());
-}
-
 TEST(LoaderWindow, APackPulledInTheMiddleOfADownloadFailsAndASecondDownloadSucceeds)
 {
     LoaderWindow w(pack(0x1001, zvsim::PackState::AppLoader));
@@ -384,15 +343,16 @@ TEST(LoaderWindow, PreservingCarriesTheOldCalibrationIntoTheNewFirmware)
     // The restart into the new firmware put back the file's stored values (the test's pattern
     // lived in RAM only): the head is what the new firmware has, the calibration the old one.
     const std::string restore = test::programFolder() + "/CalRestore/";
-    const std::string fresh = readText(restore + "tmp.cal");
+    const std::string fresh = readWholeFile(restore + "tmp.cal");
     const std::string head = fresh.substr(0, 72);
-    EXPECT_NE(head, hexOf(old).substr(0, 72));
-    EXPECT_NE(fresh.substr(72, 100), hexOf(old).substr(72)) << "the new firmware lost the calibration";
+    EXPECT_NE(head, calLineText(old).substr(0, 72));
+    EXPECT_NE(fresh.substr(72, 100), calLineText(old).substr(72)) << "the new firmware lost the calibration";
     const auto& now = w.sim.pack->model().files.bytes(24);
-    EXPECT_EQ(hexOf(now), head + hexOf(old).substr(72));
-    EXPECT_EQ(readText(restore + "modified.cal").substr(0, 174), head + hexOf(old).substr(72) + "\r\n");
-    const auto saved = readText(w.folder / "before.cal");
-    EXPECT_EQ(saved.substr(0, saved.find("\r\n")), hexOf(old));
+    EXPECT_EQ(calLineText(now), head + calLineText(old).substr(72));
+    EXPECT_EQ(
+        readWholeFile(restore + "modified.cal").substr(0, 174), head + calLineText(old).substr(72) + "\r\n");
+    const auto saved = readWholeFile((w.folder / "before.cal").string());
+    EXPECT_EQ(saved.substr(0, saved.find("\r\n")), calLineText(old));
 }
 
 TEST(LoaderWindow, ANewCalibrationShorterThanTheOldAsksAndNoLeavesTheDownloadInPlace)
@@ -459,7 +419,7 @@ TEST(LoaderWindow, AFailedSaveOffersAbortRetryAndIgnore)
     }
 }
 
-TEST(LoaderWindow, ClosingAfterADownloadRunsTheSecondStageOfTheStartUp)
+TEST(LoaderWindow, ClosingAfterADownloadWhoseVerificationPassedOnTheRepeatRunsTheSecondStage)
 {
     struct Case {
         bool download;
@@ -475,8 +435,18 @@ TEST(LoaderWindow, ClosingAfterADownloadRunsTheSecondStageOfTheStartUp)
         w.mainWindowOpen = true;
         w.open(true);
         if (c.download) {
+            // The first file read after the last section fails: the first verification cannot read
+            // file 5, its repeat passes and the download counts as a success.
+            w.onComplete = [&](bool) {
+                if (w.completions.size() == 2)
+                    w.sim.pack->faults().forcedStatus = 4;
+            };
             w.load(kImage6000);
             w.window->cmdDownload.click();
+            EXPECT_EQ(w.sim.pack->faults().forcedStatus, -1) << "the fault was met";
+            EXPECT_EQ(w.window->lastOutcome(), DownloadOutcome::Verified);
+            EXPECT_EQ(w.info(), "Verification completed OK");
+            EXPECT_TRUE(w.boxTitles().empty());
         }
         w.window->mnuClose.click();
         EXPECT_FALSE(w.window->loaded());
