@@ -111,12 +111,6 @@ TEST_F(LoaderTest, StaticOverTheLimitIsNotRefusedByTheApplication)
         "An error has occurred while attempting to download the Static Data Log Definition File");
 }
 
-} // namespace
-} // namespace zv::test
-
-namespace zv::test {
-namespace {
-
 struct BoxCase {
     const char* name;
     const char* text; // nullptr: the file is missing
@@ -175,12 +169,6 @@ TEST_F(LoaderTest, MenuLoadTellsTheOutcomeByName)
     loader().mnuLoadLoggingDefinitionFile(programFolder(), {});
     EXPECT_EQ(sim.dialogs.lastShown().text, "An error has occurred while loading file broken.dlog.");
 }
-
-} // namespace
-} // namespace zv::test
-
-namespace zv::test {
-namespace {
 
 // The definitions shipped in "Data Logging Files" fit the pack and decode to plausible values.
 TEST_F(LoaderTest, ShippedDefinitionsLoadAndDecodeThePacksValues)
