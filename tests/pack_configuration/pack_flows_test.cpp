@@ -5,8 +5,8 @@
 #include "commands/command_words.h"
 #include "core/globals.h"
 #include "core/settings_table.h"
-#include "platform/atomic_file.h"
 #include "pack_configuration/pack_flows.h"
+#include "platform/atomic_file.h"
 #include "platform/desktop.h"
 #include "support/sim_harness.h"
 
@@ -195,23 +195,22 @@ TEST_F(PackFlowTest, PasswordCasesThatSkipTheLogin)
 {
     ASSERT_TRUE(flows->ReadPackConfiguration());
     auto& list = driver().Directory.PackConfigurationFile;
-    PackProperties* passwords = nullptr;
-    for (auto& element : list)
-        if (element.FileNumber == 16)
-            passwords = &element;
-    ASSERT_NE(passwords, nullptr);
-    const std::string original = passwords->FileData.text();
+    const auto passwords = [&list]() -> PackProperties* {
+        for (auto& element : list)
+            if (element.FileNumber == 16)
+                return &element;
+        return nullptr;
+    };
+    ASSERT_NE(passwords(), nullptr);
+    const std::string original = passwords()->FileData.text();
     for (const std::string& record : { std::string(16, '0'), std::string(16, 'F') }) {
-        passwords->FileData = original.substr(0, 16) + record + original.substr(32);
+        passwords()->FileData = original.substr(0, 16) + record + original.substr(32);
         writeFileReplacing(path("p.dat"), [&] {
             const auto bytes = writeDat(applicationHeader(), list);
             return std::string(bytes.begin(), bytes.end());
         }());
         ASSERT_TRUE(flows->LoadPackConfiguration(path("p.dat")));
         ASSERT_TRUE(flows->ReadPackConfiguration());
-        for (auto& element : list)
-            if (element.FileNumber == 16)
-                passwords = &element;
     }
     // A one-file text form: file 14 written whole, no login.
     std::ofstream(path("map.tmap")) << "Zentavia\n3.0\n1\n14\nTempMap\n2\n16\n"
