@@ -72,10 +72,10 @@ protected:
     int commits = 0;
 };
 
-TEST_F(CalibrationWindowTest, OpeningFollowsTheTarget)
+TEST_F(CalibrationWindowTest, OpeningOn1001AndTwoVoltagePointsOfOneCell)
 {
     connect(0x1001);
-    withCalibrationWindow([](frmCalibration& form) {
+    withCalibrationWindow([&](frmCalibration& form) {
         EXPECT_TRUE(form.fraVoltage.visible());
         EXPECT_EQ(form.lblAttentionMessage.caption(),
             "The calibration process MUST be performed in the following sequence to ensure proper "
@@ -92,14 +92,24 @@ TEST_F(CalibrationWindowTest, OpeningFollowsTheTarget)
         // The lists were read: the current gain word 32767 shows as 1.000.
         EXPECT_EQ(form.lvCurrent.row("current")->subItems[1], "1.000");
         EXPECT_NE(form.lvNodes.row("c1")->subItems[0], "");
-    });
-    connect(0x1003);
-    withCalibrationWindow([](frmCalibration& form) {
-        EXPECT_FALSE(form.fraVoltage.visible());
-        EXPECT_EQ(form.lblAttentionMessage.caption(),
-            "The calibration process MUST be performed in the following sequence to ensure proper "
-            "calibration.\n"
-            "1: Calibrate Temperature\n2: Calibrate Current");
+
+        // Two voltage points of one cell.
+        form.cmbCells.userSelect(2);
+        form.cmdFirstVoltage.click(); // the shown defaults, 2800 and 4200 mV
+        form.cmdSecondVoltage.click();
+        EXPECT_EQ(statusText(form),
+            "Setting up cell 3 calibration... success\n"
+            "Sending lower voltage calibration data [2800 mV] for cell 3... success\n"
+            "Sending upper voltage calibration data [4200 mV] for cell 3... success\n");
+        // The reference is still applied: cell 3 reads it through its new calibration.
+        h->loop.advance(2500);
+        EXPECT_NEAR(files().get("Voltage", 3), 4200, 1);
+
+        // A refused cell selection: the lower point is not sent.
+        form.txtStatus.clear();
+        h->pack->faults().forcedStatus = 9;
+        form.cmdFirstVoltage.click();
+        EXPECT_EQ(statusText(form), "Setting up cell 3 calibration... failed\n");
     });
 }
 
@@ -142,6 +152,11 @@ TEST_F(CalibrationWindowTest, CurrentAndTemperatureReachTheReferences)
 {
     connect(0x1003);
     withCalibrationWindow([&](frmCalibration& form) {
+        EXPECT_FALSE(form.fraVoltage.visible());
+        EXPECT_EQ(form.lblAttentionMessage.caption(),
+            "The calibration process MUST be performed in the following sequence to ensure proper "
+            "calibration.\n"
+            "1: Calibrate Temperature\n2: Calibrate Current");
         form.cmdCalZeroCurrent.click();
         EXPECT_NEAR(reportedCurrent(), 0, 1);
         form.txtAmps.userEdit("-1000");
@@ -240,31 +255,6 @@ TEST_F(CalibrationWindowTest, OutOfRangeSendsNothing)
         EXPECT_EQ(form.txtStatus.text(),
             "The temperature entered is out of the valid range of 291 K to 303 K\n"
             "The temperature entered is out of the valid range of 291 K to 303 K\n");
-    });
-}
-
-TEST_F(CalibrationWindowTest, TwoVoltagePointsOfOneCell)
-{
-    connect(0x1001);
-    withCalibrationWindow([&](frmCalibration& form) {
-        form.cmbCells.userSelect(2);
-        form.txtFirstVoltage.userEdit("2800");
-        form.cmdFirstVoltage.click();
-        form.txtSecondVoltage.userEdit("4200");
-        form.cmdSecondVoltage.click();
-        EXPECT_EQ(statusText(form),
-            "Setting up cell 3 calibration... success\n"
-            "Sending lower voltage calibration data [2800 mV] for cell 3... success\n"
-            "Sending upper voltage calibration data [4200 mV] for cell 3... success\n");
-        // The reference is still applied: cell 3 reads it through its new calibration.
-        h->loop.advance(2500);
-        EXPECT_NEAR(files().get("Voltage", 3), 4200, 1);
-
-        // A refused cell selection: the lower point is not sent.
-        form.txtStatus.clear();
-        h->pack->faults().forcedStatus = 9;
-        form.cmdFirstVoltage.click();
-        EXPECT_EQ(statusText(form), "Setting up cell 3 calibration... failed\n");
     });
 }
 
