@@ -122,7 +122,7 @@ public:
 
 } // namespace
 
-TEST(LoaderWindow, ThePackInItsApplicationLoaderComesBackWithTheShippedImage)
+TEST(LoaderWindow, ThePackInItsApplicationLoaderFailsADamagedImageAndComesBackWithTheShippedOne)
 {
     LoaderWindow w(pack(0x1003, zvsim::PackState::AppLoader));
     w.open();
@@ -150,10 +150,24 @@ TEST(LoaderWindow, ThePackInItsApplicationLoaderComesBackWithTheShippedImage)
     EXPECT_EQ(f.lblStatus.caption(), "Ready");
     ASSERT_TRUE(f.cmdDownload.enabled());
 
+    // A damaged image leaves the pack in the application loader; the user may retry.
+    w.load(kDamaged6000);
+    f.cmdDownload.click();
+    EXPECT_EQ(f.lastOutcome(), DownloadOutcome::DownloadFailed);
+    EXPECT_EQ(w.completions, std::vector<bool> { false }) << "the second section is not sent";
+    EXPECT_EQ(f.lblStatus.caption(), "Error");
+    EXPECT_EQ(w.info(), "Firmware download failed");
+    EXPECT_EQ(w.beeps, 1);
+    w.sim.loop.advance(20000);
+    EXPECT_EQ(w.sim.pack->model().state, zvsim::PackState::AppLoader);
+    EXPECT_EQ(w.firmware().application, 0);
+    EXPECT_TRUE(f.cmdDownload.enabled());
+
+    w.load(kImage6000);
     const auto start = w.sim.loop.milliseconds();
     f.cmdDownload.click();
     EXPECT_EQ(f.lastOutcome(), DownloadOutcome::Verified);
-    EXPECT_EQ(w.completions, (std::vector<bool> { true, true }));
+    EXPECT_EQ(w.completions, (std::vector<bool> { false, true, true }));
     EXPECT_EQ(w.sim.pack->model().state, zvsim::PackState::Application);
     EXPECT_EQ(w.firmware().application, 6000);
     EXPECT_EQ(w.firmware().build, 719);
@@ -167,27 +181,10 @@ TEST(LoaderWindow, ThePackInItsApplicationLoaderComesBackWithTheShippedImage)
     EXPECT_EQ(f.lblStatus.caption(), "Completed in " + std::to_string(seconds) + " Seconds");
     EXPECT_EQ(f.pgbRecords.value(), 100);
     EXPECT_TRUE(f.cmdLoadImage.enabled() && f.cmdDownload.enabled()) << "the buttons are given back";
-    EXPECT_EQ(w.beeps, 0);
+    EXPECT_EQ(w.beeps, 1) << "no beep for the good download";
     EXPECT_TRUE(w.boxTitles().empty());
     EXPECT_EQ(w.sim.settings.value("Software\\Norvale Systems\\Zentavia 3\\Settings", "Path_BootLoader"),
         test::programFolder() + "/Configuration Files/ZK9470/Firmware");
-}
-
-TEST(LoaderWindow, ADamagedImageLeavesThePackInTheApplicationLoader)
-{
-    LoaderWindow w(pack(0x1003, zvsim::PackState::AppLoader));
-    w.open();
-    w.load(kDamaged6000);
-    w.window->cmdDownload.click();
-    EXPECT_EQ(w.window->lastOutcome(), DownloadOutcome::DownloadFailed);
-    EXPECT_EQ(w.completions, std::vector<bool> { false }) << "the second section is not sent";
-    EXPECT_EQ(w.window->lblStatus.caption(), "Error");
-    EXPECT_EQ(w.info(), "Firmware download failed");
-    EXPECT_EQ(w.beeps, 1);
-    w.sim.loop.advance(20000);
-    EXPECT_EQ(w.sim.pack->model().state, zvsim::PackState::AppLoader);
-    EXPECT_EQ(w.firmware().application, 0);
-    EXPECT_TRUE(w.window->cmdDownload.enabled()) << "the user may retry";
 }
 
 TEST(LoaderWindow, ImagesAreCheckedAgainstTheTarget)
