@@ -55,10 +55,6 @@ protected:
     {
         ASSERT_EQ(writeFileAtomically(file, text), "");
     }
-    [[nodiscard]] std::string lastBoxText() const
-    {
-        return h->dialogs.shown().empty() ? std::string() : h->dialogs.shown().back().text;
-    }
 
     std::unique_ptr<SimHarness> h;
     std::unique_ptr<CalibrationData> data;
@@ -190,8 +186,8 @@ TEST_F(CalibrationDataTest, FailedWriteCommitsNothing)
     h->dialogs.answerMessage(platform::Answer::OK); // the error box
     EXPECT_EQ(data->restoreFrom(file), CalibrationOutcome::Failed);
     EXPECT_EQ(h->dialogs.shown().back().title, "Error downloading file");
-    EXPECT_EQ(
-        lastBoxText(), "An error has occurred while downloading the calibration data.\nOperation aborted");
+    EXPECT_EQ(h->dialogs.lastShown().text,
+        "An error has occurred while downloading the calibration data.\nOperation aborted");
     EXPECT_EQ(notes,
         std::vector<std::string> { "Restore Calibration Data: Calibration data has NOT been restored." });
     EXPECT_EQ(commits, 0);
@@ -232,7 +228,7 @@ TEST_F(CalibrationDataTest, BadFilesLeaveTheDeviceAlone)
             writeText(path("bad.cal"), c.content);
         h->dialogs.answerMessage(platform::Answer::OK);
         EXPECT_EQ(data->restoreFrom(path("bad.cal")), CalibrationOutcome::Failed);
-        EXPECT_EQ(lastBoxText(), "An error has occurred\nError: " + c.error);
+        EXPECT_EQ(h->dialogs.lastShown().text, "An error has occurred\nError: " + c.error);
     }
     EXPECT_EQ(files().bytes(24), before24);
     EXPECT_EQ(files().flashText(), before);
