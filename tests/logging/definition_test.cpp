@@ -79,7 +79,7 @@ protected:
     int downloadedCount() { return zvsim::definitionEntries(sim.pack->model().files.bytes(30)).size(); }
 };
 
-TEST_F(LoaderTest, DynamicLimitExactlyPassesOneMoreDownloadsNothing)
+TEST_F(LoaderTest, DynamicLimitExactlyPassesOneMoreDownloadsNothingStaticIsLeftToTheDevice)
 {
     const int limit = loader().definitionLimit();
     ASSERT_GT(limit, 1);
@@ -99,12 +99,8 @@ TEST_F(LoaderTest, DynamicLimitExactlyPassesOneMoreDownloadsNothing)
         "The maximum number of log definitions must not exceed " + std::to_string(limit) + ".\r\nThere are "
             + std::to_string(limit + 1) + " currently defined. Please reduce the number of entries.");
     EXPECT_EQ(downloadedCount(), 2) << "nothing was downloaded";
-}
 
-TEST_F(LoaderTest, StaticOverTheLimitIsNotRefusedByTheApplication)
-{
-    const int limit = loader().definitionLimit();
-    // The application sends it; the device is the one that refuses so long a definition.
+    // A static one over the limit: the application sends it; the device refuses so long a definition.
     sim.dialogs.answerMessage(platform::Answer::OK);
     EXPECT_FALSE(loader().LoadStaticLogDefinition(file("big.slog", entries(limit + 1))));
     EXPECT_EQ(sim.dialogs.lastShown().text,

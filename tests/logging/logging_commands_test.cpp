@@ -60,6 +60,14 @@ TEST_F(LoggingCommandsTest, AutoLoggingFollowsThePollWithAPendingComment)
 {
     makeCommands(true);
     EXPECT_FALSE(form->mnuStartLogging.visible()) << "AutoLogging hides the start and stop entries";
+    // An empty comment: the question, and No leaves the poll off.
+    h.dialogs.answerInput("");
+    h.dialogs.answerMessage(platform::Answer::No);
+    form->mnuPollAllContinuously.click();
+    EXPECT_EQ(h.dialogs.lastShown().text, "Logging failed to start.\r\nContinue polling without logging?");
+    EXPECT_FALSE(h.globals.PollingActive);
+    EXPECT_FALSE(fs::exists(logPath()));
+
     h.dialogs.answerInput("auto run");
     form->mnuPollAllContinuously.click();
     ASSERT_TRUE(commands->writer.LogOpen);
@@ -88,17 +96,6 @@ TEST_F(LoggingCommandsTest, AutoLoggingFollowsThePollWithAPendingComment)
     std::ifstream in(logPath());
     std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     EXPECT_THAT(text, ::testing::ContainsRegex("COMMENT,[^,]+,[^,]+,0\\.[0-9]+,mid  run"));
-}
-
-TEST_F(LoggingCommandsTest, EmptyCommentWithAutoLoggingAsksWhetherToPollAnyway)
-{
-    makeCommands(true);
-    h.dialogs.answerInput("");
-    h.dialogs.answerMessage(platform::Answer::No);
-    form->mnuPollAllContinuously.click();
-    EXPECT_EQ(h.dialogs.lastShown().text, "Logging failed to start.\r\nContinue polling without logging?");
-    EXPECT_FALSE(h.globals.PollingActive);
-    EXPECT_FALSE(fs::exists(logPath()));
 }
 
 TEST_F(LoggingCommandsTest, StartWhilePollingOpensTheLogAtTheNextTick)
