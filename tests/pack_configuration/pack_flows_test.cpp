@@ -147,9 +147,26 @@ TEST_F(PackFlowTest, ASavedConfigurationLoadsBackBitForBit)
     EXPECT_TRUE(dialogs.shown().empty());
 }
 
-TEST_F(PackFlowTest, AWriteThatFailsHalfWayLeavesTheFlashAsItWas)
+// Files that are not a pack configuration are refused before any write; a write that fails half
+// way leaves the flash as it was.
+TEST_F(PackFlowTest, RefusedFilesAndAHalfWayFailureLeaveTheFlashAsItWas)
 {
     const std::string file = saveDat();
+    std::string bytes = readWholeFile(file);
+    bytes[bytes.size() - 10] = bytes[bytes.size() - 10] == 'A' ? 'B' : 'A'; // inside the last data text
+    writeFileReplacing(path("tampered.dat"), bytes);
+    writeFileReplacing(path("pack.txt"), "x");
+    for (int box = 0; box < 4; ++box)
+        dialogs.answerMessage(Answer::OK);
+    EXPECT_FALSE(flows->loadFromFile(path("tampered.dat"), false));
+    EXPECT_FALSE(flows->loadFromFile(path("pack.txt"), false));
+    EXPECT_THAT(dialogs.shown()[0].text,
+        HasSubstr(
+            "Please verify that '" + path("tampered.dat") + "' is a Pack Configuration File.\r\nError: "));
+    EXPECT_EQ(dialogs.shown()[1].text,
+        "The file pack.txt has the wrong extension.\r\nPlease select a different file.");
+    EXPECT_THAT(splashes, ::testing::Each("Reading File Contents...")) << "nothing was written";
+
     changeThePack();
     pack->model().files.commit();
     const std::string flash = pack->model().files.flashText();
@@ -157,38 +174,16 @@ TEST_F(PackFlowTest, AWriteThatFailsHalfWayLeavesTheFlashAsItWas)
         if (text == "Writing Configuration " && percent >= 50)
             pack->faults().forcedStatus = 5;
     };
-    dialogs.answerMessage(Answer::OK);
-    dialogs.answerMessage(Answer::OK);
     EXPECT_FALSE(flows->loadFromFile(file, false));
-    EXPECT_THAT(boxTitles(), ElementsAre("Error downloading file", ""));
-    EXPECT_EQ(dialogs.shown()[0].text,
+    EXPECT_THAT(boxTitles(),
+        ElementsAre("Invalid file format", "Invalid File Extension", "Error downloading file", ""));
+    EXPECT_EQ(dialogs.shown()[2].text,
         "An error has occurred while downloading the pack configuration.\r\nOperation aborted");
-    EXPECT_EQ(dialogs.shown()[1].text, pack_texts::kLoadFailed);
+    EXPECT_EQ(dialogs.shown()[3].text, pack_texts::kLoadFailed);
     EXPECT_EQ(commits, 0);
     EXPECT_TRUE(logins.empty());
     pack->model().files.restart();
     EXPECT_EQ(pack->model().files.flashText(), flash) << "nothing was committed";
-}
-
-TEST_F(PackFlowTest, FilesThatAreNotAPackConfigurationAreRefusedBeforeAnyWrite)
-{
-    const std::string file = saveDat();
-    std::string bytes = readWholeFile(file);
-    bytes[bytes.size() - 10] = bytes[bytes.size() - 10] == 'A' ? 'B' : 'A'; // inside the last data text
-    writeFileReplacing(path("tampered.dat"), bytes);
-    writeFileReplacing(path("pack.txt"), "x");
-    dialogs.answerMessage(Answer::OK);
-    dialogs.answerMessage(Answer::OK);
-    EXPECT_FALSE(flows->loadFromFile(path("tampered.dat"), false));
-    EXPECT_FALSE(flows->loadFromFile(path("pack.txt"), false));
-    EXPECT_THAT(boxTitles(), ElementsAre("Invalid file format", "Invalid File Extension"));
-    EXPECT_THAT(dialogs.shown()[0].text,
-        HasSubstr(
-            "Please verify that '" + path("tampered.dat") + "' is a Pack Configuration File.\r\nError: "));
-    EXPECT_EQ(dialogs.shown()[1].text,
-        "The file pack.txt has the wrong extension.\r\nPlease select a different file.");
-    EXPECT_THAT(splashes, ::testing::Each("Reading File Contents...")) << "nothing was written";
-    EXPECT_EQ(commits, 0);
 }
 
 TEST_F(PackFlowTest, PasswordCasesThatSkipTheLogin)
