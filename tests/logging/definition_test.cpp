@@ -176,18 +176,20 @@ TEST_F(LoaderTest, ShippedDefinitionsLoadAndDecodeThePacksValues)
     writer().settings.DynamicDefinitionFile = folder + "characterize_12cell.dlog";
     ASSERT_TRUE(start("shipped"));
     sample();
-    const auto all = lines();
+    const auto fields = [](const std::string& line) {
+        std::vector<std::string> row;
+        std::stringstream in(line);
+        for (std::string field; std::getline(in, field, ',');)
+            row.push_back(field);
+        return row;
+    };
     std::vector<std::string> header;
     std::vector<std::string> data;
-    for (const auto& line : all) {
-        std::stringstream fields(line);
-        std::vector<std::string> row;
-        for (std::string field; std::getline(fields, field, ',');)
-            row.push_back(field);
-        if (!row.empty() && row[0] == "HEADER [D]")
-            header = row;
-        if (!row.empty() && row[0] == "DATA")
-            data = row;
+    for (const auto& line : lines()) {
+        if (line.starts_with("HEADER [D],"))
+            header = fields(line);
+        if (line.starts_with("DATA,"))
+            data = fields(line);
     }
     ASSERT_EQ(header.size(), data.size());
     const auto column = [&](const std::string& label) {

@@ -3,12 +3,12 @@
 // definition files and the log, and the date and time of an en_US desktop (M/d/yyyy, h:mm:ss AM).
 
 #include "logging/log_writer.h"
+#include "platform/atomic_file.h"
 #include "support/sim_harness.h"
 
 #include <ctime>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <unistd.h>
 
 namespace zv::test {
@@ -78,10 +78,8 @@ public:
     // The log's lines without their CR LF; a line left without one is marked.
     [[nodiscard]] std::vector<std::string> lines() const
     {
-        std::ifstream in(folder / "log.csv", std::ios::binary);
-        std::ostringstream all;
-        all << in.rdbuf();
-        const std::string text = all.str();
+        const std::string text
+            = std::filesystem::exists(folder / "log.csv") ? readWholeFile((folder / "log.csv").string()) : "";
         std::vector<std::string> result;
         std::size_t start = 0;
         while (start < text.size()) {

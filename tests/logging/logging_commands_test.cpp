@@ -6,6 +6,7 @@
 #include "core/settings_table.h"
 #include "logging/logging_commands.h"
 #include "monitor/monitor_fixture.h"
+#include "platform/atomic_file.h"
 
 #include <filesystem>
 #include <unistd.h>
@@ -93,9 +94,8 @@ TEST_F(LoggingCommandsTest, AutoLoggingFollowsThePollWithAPendingComment)
     EXPECT_EQ(shape.rows.at("HEADER"), 2);
     EXPECT_GE(shape.rows.at("DATA"), 2 + 4) << "a row each second sample of ten seconds";
     EXPECT_THAT(shape.mismatches, ::testing::IsEmpty());
-    std::ifstream in(logPath());
-    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    EXPECT_THAT(text, ::testing::ContainsRegex("COMMENT,[^,]+,[^,]+,0\\.[0-9]+,mid  run"));
+    EXPECT_THAT(
+        readWholeFile(logPath()), ::testing::ContainsRegex("COMMENT,[^,]+,[^,]+,0\\.[0-9]+,mid  run"));
 }
 
 TEST_F(LoggingCommandsTest, StartWhilePollingOpensTheLogAtTheNextTick)
