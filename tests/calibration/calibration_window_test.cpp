@@ -210,17 +210,14 @@ TEST_F(CalibrationWindowTest, OutOfRangeSendsNothing)
         const char* button;
         const char* status; // red text; empty: the voltage labels tell
     };
+    const char* amps = "Current value is out of the valid range of -32000mA to 32000mA\n";
+    const char* celsius = "The temperature entered is out of the valid range of 18°C to 30°C\n";
     const Case cases[] = {
-        { "txtAmps", "32001", "cmdCalCurrent",
-            "Current value is out of the valid range of -32000mA to 32000mA\n" },
-        { "txtAmps", "-32001", "cmdCalCurrent",
-            "Current value is out of the valid range of -32000mA to 32000mA\n" },
-        { "txtAmps", "-", "cmdCalCurrent",
-            "Current value is out of the valid range of -32000mA to 32000mA\n" },
-        { "txtTemperature", "17", "cmdCalTemperature",
-            "The temperature entered is out of the valid range of 18°C to 30°C\n" },
-        { "txtTemperature", "30.5", "cmdCalTemperature",
-            "The temperature entered is out of the valid range of 18°C to 30°C\n" },
+        { "txtAmps", "32001", "cmdCalCurrent", amps },
+        { "txtAmps", "-32001", "cmdCalCurrent", amps },
+        { "txtAmps", "-", "cmdCalCurrent", amps },
+        { "txtTemperature", "17", "cmdCalTemperature", celsius },
+        { "txtTemperature", "30.5", "cmdCalTemperature", celsius },
         { "txtFirstVoltage", "2699", "cmdFirstVoltage", "" },
         { "txtSecondVoltage", "4501", "cmdSecondVoltage", "" },
     };
