@@ -187,6 +187,8 @@ TEST(LoaderWindow, ThePackInItsApplicationLoaderFailsADamagedImageAndComesBackWi
         test::programFolder() + "/Configuration Files/ZK9470/Firmware");
 }
 
+// On a pack that runs its application: the loader opens in the target's firmware folder, offers
+// to preserve the calibration on target 1001 only, and checks each image against the target.
 TEST(LoaderWindow, ImagesAreCheckedAgainstTheTarget)
 {
     const fs::path oneSection = fs::temp_directory_path() / "zv_one_section.enc";
@@ -216,10 +218,22 @@ TEST(LoaderWindow, ImagesAreCheckedAgainstTheTarget)
         { 0x1002, trailingBlank.string(), "Invalid File Format",
             "The file zv_trailing_blank.enc is not a valid firmware file.", false },
         { 0x1002, invalid.string(), "Invalid File Format", "Error: File zv_invalid.enc is invalid.", false },
+        { 0x1001, kImage5000, nullptr, "", true },
     };
     for (const auto& c : cases) {
         LoaderWindow w(pack(c.target, zvsim::PackState::Application));
         w.open(true);
+        EXPECT_EQ(w.window->chkPreserve.visible(), c.target == 0x1001) << c.target;
+        EXPECT_FALSE(w.window->loader()->connectedBySelf);
+        EXPECT_EQ(w.window->caption(), "Zentavia BootStrap Loader");
+        EXPECT_EQ(w.info(), "Verification completed OK");
+        w.sim.dialogs.answerOpenFiles({});
+        w.window->cmdLoadImage.click();
+        EXPECT_EQ(w.sim.dialogs.lastShown().file.folder,
+            test::programFolder() + "/Configuration Files/" + (c.target == 0x1003 ? "ZK9470" : "ZK9460S12")
+                + "/Firmware");
+        EXPECT_EQ(w.window->lblFile.caption(), "n/a") << "a cancelled dialog changes nothing";
+
         w.sim.dialogs.answerOpenFiles({ c.image });
         if (c.title)
             w.sim.dialogs.answerMessage(Answer::OK);
@@ -235,43 +249,16 @@ TEST(LoaderWindow, ImagesAreCheckedAgainstTheTarget)
         }
         EXPECT_EQ(w.window->cmdDownload.enabled(), c.ready) << c.image;
         EXPECT_EQ(w.window->mnuDownload.enabled(), c.ready) << c.image;
+        if (c.image == oneSection.string()) {
+            EXPECT_EQ(w.window->lblFileCount.caption(), "1");
+            EXPECT_EQ(w.window->lblAppVersion.caption(), "File Version:");
+            EXPECT_EQ(w.window->lblDataVersion.caption(), "File Version:");
+            EXPECT_EQ(w.window->lblFile1Version.caption(), "5001");
+            EXPECT_EQ(w.window->lblFile2Version.caption(), "n/a");
+        }
     }
-    LoaderWindow w(pack(0x1002, zvsim::PackState::Application));
-    w.open(true);
-    w.load(oneSection.string());
-    EXPECT_EQ(w.window->lblFileCount.caption(), "1");
-    EXPECT_EQ(w.window->lblAppVersion.caption(), "File Version:");
-    EXPECT_EQ(w.window->lblDataVersion.caption(), "File Version:");
-    EXPECT_EQ(w.window->lblFile1Version.caption(), "5001");
-    EXPECT_EQ(w.window->lblFile2Version.caption(), "n/a");
     for (const auto& path : { oneSection, trailingBlank, invalid })
         fs::remove(path);
-}
-
-TEST(LoaderWindow, PreservingCalibrationIsOfferedOnTarget1001Only)
-{
-    struct Case {
-        std::uint16_t target;
-        bool offered;
-        const char* folder;
-    } cases[] = {
-        { 0x1001, true, "ZK9460S12" },
-        { 0x1002, false, "ZK9460S12" },
-        { 0x1003, false, "ZK9470" },
-    };
-    for (const auto& c : cases) {
-        LoaderWindow w(pack(c.target, zvsim::PackState::Application));
-        w.open(true);
-        EXPECT_EQ(w.window->chkPreserve.visible(), c.offered) << c.target;
-        EXPECT_FALSE(w.window->loader()->connectedBySelf);
-        EXPECT_EQ(w.window->caption(), "Zentavia BootStrap Loader");
-        EXPECT_EQ(w.info(), "Verification completed OK");
-        w.sim.dialogs.answerOpenFiles({});
-        w.window->cmdLoadImage.click();
-        EXPECT_EQ(w.sim.dialogs.lastShown().file.folder,
-            test::programFolder() + "/Configuration Files/" + c.folder + "/Firmware");
-        EXPECT_EQ(w.window->lblFile.caption(), "n/a") << "a cancelled dialog changes nothing";
-    }
 }
 
 TEST(LoaderWindow, APackPulledInTheMiddleOfADownloadFailsAndASecondDownloadSucceeds)
