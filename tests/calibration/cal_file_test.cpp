@@ -43,44 +43,29 @@ TEST(CalFileTest, LinesAndBytes)
     EXPECT_EQ(calLineBytes(kDefaultCalSecondLine)->size(), 15u);
 }
 
-class AtomicWriteTest : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        folder = std::filesystem::temp_directory_path()
-            / ("zv_cal_" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directories(folder);
-    }
-    void TearDown() override { std::filesystem::remove_all(folder); }
-    [[nodiscard]] std::size_t entries() const
-    {
-        return static_cast<std::size_t>(std::distance(
-            std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator()));
-    }
-    std::filesystem::path folder;
-};
-
-TEST_F(AtomicWriteTest, ReplacesWholeAndLeavesNoTemporary)
+TEST(CalFileTest, AtomicWriteReplacesWholeOrFailsLeavingTheTargetAndNoTemporary)
 {
+    const auto folder = std::filesystem::temp_directory_path() / "zv_cal_atomic";
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directories(folder);
+    const auto entries = [&] {
+        return std::distance(
+            std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator());
+    };
     const auto path = (folder / "a.cal").string();
     EXPECT_EQ(writeFileAtomically(path, "old\r\n"), "");
     EXPECT_EQ(writeFileAtomically(path, "new\r\n"), "");
     EXPECT_EQ(readTextFile(path), "new\r\n");
-    EXPECT_EQ(entries(), 1u);
-}
-
-TEST_F(AtomicWriteTest, FailureLeavesTheTargetAndNoTemporary)
-{
     // A target that cannot be replaced (a folder in its place): the write fails after the
     // temporary was made, and the temporary goes again.
     const auto busy = folder / "busy.cal";
     std::filesystem::create_directories(busy / "inside");
     EXPECT_NE(writeFileAtomically(busy.string(), "new\r\n"), "");
     EXPECT_TRUE(std::filesystem::is_directory(busy / "inside"));
-    EXPECT_EQ(entries(), 1u);
+    EXPECT_EQ(entries(), 2) << "the file and the folder, no temporary";
     EXPECT_NE(writeFileAtomically((folder / "no" / "such.cal").string(), "x"), "");
     EXPECT_FALSE(readTextFile((folder / "missing.cal").string()));
+    std::filesystem::remove_all(folder);
 }
 
 } // namespace

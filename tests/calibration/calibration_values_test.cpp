@@ -32,15 +32,15 @@ TEST(CalibrationValuesTest, StepArguments)
 
     // Code and argument, each low byte first.
     using Bytes = std::vector<std::uint8_t>;
-    EXPECT_EQ(
-        calibrationCommandBytes(CalibrationCommand::CurrentGain, 64536), (Bytes { 0x01, 0x00, 0x18, 0xFC }));
-    EXPECT_EQ(
-        calibrationCommandBytes(CalibrationCommand::CurrentGain, -1000), (Bytes { 0x01, 0x00, 0x18, 0xFC }));
-    EXPECT_EQ(
-        calibrationCommandBytes(CalibrationCommand::Temperature, 2982), (Bytes { 0x02, 0x00, 0xA6, 0x0B }));
-    EXPECT_EQ(
-        calibrationCommandBytes(CalibrationCommand::UpperVoltage, 4200), (Bytes { 0x0A, 0x00, 0x68, 0x10 }));
-    EXPECT_EQ(calibrationCommandBytes(CalibrationCommand::SelectCell, 3), (Bytes { 0x08, 0x00, 0x03, 0x00 }));
+    const std::tuple<CalibrationCommand, int, Bytes> commands[] = {
+        { CalibrationCommand::CurrentGain, 64536, { 0x01, 0x00, 0x18, 0xFC } },
+        { CalibrationCommand::CurrentGain, -1000, { 0x01, 0x00, 0x18, 0xFC } },
+        { CalibrationCommand::Temperature, 2982, { 0x02, 0x00, 0xA6, 0x0B } },
+        { CalibrationCommand::UpperVoltage, 4200, { 0x0A, 0x00, 0x68, 0x10 } },
+        { CalibrationCommand::SelectCell, 3, { 0x08, 0x00, 0x03, 0x00 } },
+    };
+    for (const auto& [command, argument, bytes] : commands)
+        EXPECT_EQ(calibrationCommandBytes(command, argument), bytes) << argument;
 }
 
 TEST(CalibrationValuesTest, ShownForms)

@@ -72,10 +72,10 @@ protected:
     int commits = 0;
 };
 
-TEST_F(CalibrationWindowTest, OpeningFollowsTheTarget)
+TEST_F(CalibrationWindowTest, OpeningOn1001AndTwoVoltagePointsOfOneCell)
 {
     connect(0x1001);
-    withCalibrationWindow([](frmCalibration& form) {
+    withCalibrationWindow([&](frmCalibration& form) {
         EXPECT_TRUE(form.fraVoltage.visible());
         EXPECT_EQ(form.lblAttentionMessage.caption(),
             "The calibration process MUST be performed in the following sequence to ensure proper "
@@ -92,14 +92,24 @@ TEST_F(CalibrationWindowTest, OpeningFollowsTheTarget)
         // The lists were read: the current gain word 32767 shows as 1.000.
         EXPECT_EQ(form.lvCurrent.row("current")->subItems[1], "1.000");
         EXPECT_NE(form.lvNodes.row("c1")->subItems[0], "");
-    });
-    connect(0x1003);
-    withCalibrationWindow([](frmCalibration& form) {
-        EXPECT_FALSE(form.fraVoltage.visible());
-        EXPECT_EQ(form.lblAttentionMessage.caption(),
-            "The calibration process MUST be performed in the following sequence to ensure proper "
-            "calibration.\n"
-            "1: Calibrate Temperature\n2: Calibrate Current");
+
+        // Two voltage points of one cell.
+        form.cmbCells.userSelect(2);
+        form.cmdFirstVoltage.click(); // the shown defaults, 2800 and 4200 mV
+        form.cmdSecondVoltage.click();
+        EXPECT_EQ(statusText(form),
+            "Setting up cell 3 calibration... success\n"
+            "Sending lower voltage calibration data [2800 mV] for cell 3... success\n"
+            "Sending upper voltage calibration data [4200 mV] for cell 3... success\n");
+        // The reference is still applied: cell 3 reads it through its new calibration.
+        h->loop.advance(2500);
+        EXPECT_NEAR(files().get("Voltage", 3), 4200, 1);
+
+        // A refused cell selection: the lower point is not sent.
+        form.txtStatus.clear();
+        h->pack->faults().forcedStatus = 9;
+        form.cmdFirstVoltage.click();
+        EXPECT_EQ(statusText(form), "Setting up cell 3 calibration... failed\n");
     });
 }
 
@@ -142,6 +152,11 @@ TEST_F(CalibrationWindowTest, CurrentAndTemperatureReachTheReferences)
 {
     connect(0x1003);
     withCalibrationWindow([&](frmCalibration& form) {
+        EXPECT_FALSE(form.fraVoltage.visible());
+        EXPECT_EQ(form.lblAttentionMessage.caption(),
+            "The calibration process MUST be performed in the following sequence to ensure proper "
+            "calibration.\n"
+            "1: Calibrate Temperature\n2: Calibrate Current");
         form.cmdCalZeroCurrent.click();
         EXPECT_NEAR(reportedCurrent(), 0, 1);
         form.txtAmps.userEdit("-1000");
@@ -170,6 +185,15 @@ TEST_F(CalibrationWindowTest, CurrentAndTemperatureReachTheReferences)
     h->driver().Parameters.display.TemperatureUnits = 0;
     withCalibrationWindow([&](frmCalibration& form) {
         EXPECT_EQ(form.lblTemperatureType.caption(), "Enter the ambient temperature in K: [291 to 303]");
+        for (const char* kelvin : { "290", "304" }) {
+            const std::size_t before = sent;
+            form.txtTemperature.userEdit(kelvin);
+            form.cmdCalTemperature.click();
+            EXPECT_EQ(sent, before) << kelvin;
+        }
+        EXPECT_EQ(form.txtStatus.text(),
+            "The temperature entered is out of the valid range of 291 K to 303 K\n"
+            "The temperature entered is out of the valid range of 291 K to 303 K\n");
         form.txtTemperature.userEdit("298");
         form.cmdCalTemperature.click();
         EXPECT_NEAR(deviceWord(21, 0), 2980, 1);
@@ -186,17 +210,14 @@ TEST_F(CalibrationWindowTest, OutOfRangeSendsNothing)
         const char* button;
         const char* status; // red text; empty: the voltage labels tell
     };
+    const char* amps = "Current value is out of the valid range of -32000mA to 32000mA\n";
+    const char* celsius = "The temperature entered is out of the valid range of 18°C to 30°C\n";
     const Case cases[] = {
-        { "txtAmps", "32001", "cmdCalCurrent",
-            "Current value is out of the valid range of -32000mA to 32000mA\n" },
-        { "txtAmps", "-32001", "cmdCalCurrent",
-            "Current value is out of the valid range of -32000mA to 32000mA\n" },
-        { "txtAmps", "-", "cmdCalCurrent",
-            "Current value is out of the valid range of -32000mA to 32000mA\n" },
-        { "txtTemperature", "17", "cmdCalTemperature",
-            "The temperature entered is out of the valid range of 18°C to 30°C\n" },
-        { "txtTemperature", "30.5", "cmdCalTemperature",
-            "The temperature entered is out of the valid range of 18°C to 30°C\n" },
+        { "txtAmps", "32001", "cmdCalCurrent", amps },
+        { "txtAmps", "-32001", "cmdCalCurrent", amps },
+        { "txtAmps", "-", "cmdCalCurrent", amps },
+        { "txtTemperature", "17", "cmdCalTemperature", celsius },
+        { "txtTemperature", "30.5", "cmdCalTemperature", celsius },
         { "txtFirstVoltage", "2699", "cmdFirstVoltage", "" },
         { "txtSecondVoltage", "4501", "cmdSecondVoltage", "" },
     };
@@ -228,43 +249,6 @@ TEST_F(CalibrationWindowTest, OutOfRangeSendsNothing)
         form.txtAmps.userEdit("");
         EXPECT_TRUE(form.leaveField(form.txtAmps));
         EXPECT_EQ(form.txtAmps.text(), "0");
-    });
-    h->driver().Parameters.display.TemperatureUnits = 0;
-    withCalibrationWindow([&](frmCalibration& form) {
-        for (const char* kelvin : { "290", "304" }) {
-            const std::size_t before = sent;
-            form.txtTemperature.userEdit(kelvin);
-            form.cmdCalTemperature.click();
-            EXPECT_EQ(sent, before);
-        }
-        EXPECT_EQ(form.txtStatus.text(),
-            "The temperature entered is out of the valid range of 291 K to 303 K\n"
-            "The temperature entered is out of the valid range of 291 K to 303 K\n");
-    });
-}
-
-TEST_F(CalibrationWindowTest, TwoVoltagePointsOfOneCell)
-{
-    connect(0x1001);
-    withCalibrationWindow([&](frmCalibration& form) {
-        form.cmbCells.userSelect(2);
-        form.txtFirstVoltage.userEdit("2800");
-        form.cmdFirstVoltage.click();
-        form.txtSecondVoltage.userEdit("4200");
-        form.cmdSecondVoltage.click();
-        EXPECT_EQ(statusText(form),
-            "Setting up cell 3 calibration... success\n"
-            "Sending lower voltage calibration data [2800 mV] for cell 3... success\n"
-            "Sending upper voltage calibration data [4200 mV] for cell 3... success\n");
-        // The reference is still applied: cell 3 reads it through its new calibration.
-        h->loop.advance(2500);
-        EXPECT_NEAR(files().get("Voltage", 3), 4200, 1);
-
-        // A refused cell selection: the lower point is not sent.
-        form.txtStatus.clear();
-        h->pack->faults().forcedStatus = 9;
-        form.cmdFirstVoltage.click();
-        EXPECT_EQ(statusText(form), "Setting up cell 3 calibration... failed\n");
     });
 }
 
@@ -353,22 +337,11 @@ TEST_F(VoltageWizardTest, FourNodesCalibratedAgainstThePack)
         stored.begin() + 2 * gainWordOf(5) - 2));
 }
 
-TEST_F(VoltageWizardTest, EarlyCloseRestoresFileByteForByte)
+// An unreadable calibration leaves the device alone; a wizard closed early puts the file back
+// byte for byte.
+TEST_F(VoltageWizardTest, UnreadableOrEarlyClosedLeavesTheFileAsStored)
 {
     open(16);
-    runWizard([&](frm470Cal& form) {
-        EXPECT_NE(files().bytes(24), stored);
-        applyAndEnter(form, 3000);
-        form.btnCalibrate.click();
-        EXPECT_EQ(form.lblGuide.caption(), "2");
-    });
-    EXPECT_EQ(files().bytes(24), stored);
-    EXPECT_EQ(commits, 0);
-}
-
-TEST_F(VoltageWizardTest, UnreadableCalibrationLeavesTheDeviceAlone)
-{
-    open(4);
     ASSERT_TRUE(mode->ShowInCalibrationMode([&] {
         frm470Cal form({ h->driver(), h->loop, *mode });
         h->pack->faults().forcedStatus = 9; // the read of file 24 on opening
@@ -379,6 +352,15 @@ TEST_F(VoltageWizardTest, UnreadableCalibrationLeavesTheDeviceAlone)
         form.requestClose();
     }));
     EXPECT_EQ(files().bytes(24), stored);
+
+    runWizard([&](frm470Cal& form) {
+        EXPECT_NE(files().bytes(24), stored);
+        applyAndEnter(form, 3000);
+        form.btnCalibrate.click();
+        EXPECT_EQ(form.lblGuide.caption(), "2");
+    });
+    EXPECT_EQ(files().bytes(24), stored);
+    EXPECT_EQ(commits, 0);
 }
 
 TEST_F(VoltageWizardTest, EqualReadingsKeepTheOldCalibration)

@@ -5,12 +5,10 @@
 #include "device/firmware_image.h"
 #include "firmware_loader/enc_file.h"
 #include "firmware_loader/image_download.h"
+#include "platform/atomic_file.h"
 #include "support/sim_harness.h"
 
 #include <gtest/gtest.h>
-
-#include <fstream>
-#include <sstream>
 
 using namespace zv;
 
@@ -36,19 +34,12 @@ std::string oneSectionBody(unsigned bytes)
     return body;
 }
 
-std::string readFile(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
 } // namespace
 
-TEST(EncFile, TheTagLineMustBeExact)
+TEST(EncFile, TheTagLineMustBeExactAndTheBodyHoldItsTable)
 {
     const std::string body = "\r\n" + oneSectionBody(4) + "\r\n";
+    const std::string tag = kTag + "\r\n";
     struct Case {
         const char* name;
         std::string text;
@@ -62,7 +53,17 @@ TEST(EncFile, TheTagLineMustBeExact)
         { "lower case", "3c556c6d617220426f6f746c6f61643e" + body, EncFault::NotFirmware },
         { "cut short", kTag.substr(0, 30) + body, EncFault::NotFirmware },
         { "empty file", "", EncFault::NotFirmware },
-        { "tag alone", kTag + "\r\n", EncFault::Invalid },
+        { "tag alone", tag, EncFault::Invalid },
+        { "count zero", tag + word(0), EncFault::Invalid },
+        { "count not hex", tag + "0G00" + oneSectionBody(4).substr(4), EncFault::Invalid },
+        { "table entry cut", tag + word(1) + word(2) + word(5001), EncFault::Invalid },
+        { "data beyond the body", tag + oneSectionBody(4).substr(0, 26), EncFault::Invalid },
+        { "lower-case data", tag + word(1) + word(2) + word(1) + word(10) + word(1) + "abcd",
+            EncFault::Invalid },
+        { "blank inside data", tag + word(1) + word(2) + word(1) + word(10) + word(1) + "AB C",
+            EncFault::Invalid },
+        { "more sections than the table holds", tag + word(3) + oneSectionBody(4).substr(4),
+            EncFault::Invalid },
     };
     for (const auto& c : cases)
         EXPECT_EQ(parseEncText(c.text).fault, c.fault) << c.name;
@@ -84,26 +85,6 @@ TEST(EncFile, SectionsTakeTheirDigitsFromTheBody)
     EXPECT_EQ(image.sections[1].file, 34u);
     EXPECT_EQ(image.sections[1].start, 41u) << "start 20: position 20 * 2 + 1";
     EXPECT_EQ(image.sections[1].data, "CAFE01");
-}
-
-TEST(EncFile, ABodyThatDoesNotHoldItsTableIsInvalid)
-{
-    struct Case {
-        const char* name;
-        std::string body;
-        EncFault fault;
-    } cases[] = {
-        { "count zero", word(0), EncFault::Invalid },
-        { "count not hex", "0G00" + oneSectionBody(4).substr(4), EncFault::Invalid },
-        { "table entry cut", word(1) + word(2) + word(5001), EncFault::Invalid },
-        { "data beyond the body", oneSectionBody(4).substr(0, 26), EncFault::Invalid },
-        { "lower-case data", word(1) + word(2) + word(1) + word(10) + word(1) + "abcd", EncFault::Invalid },
-        { "blank inside data", word(1) + word(2) + word(1) + word(10) + word(1) + "AB C", EncFault::Invalid },
-        { "more sections than the table holds", word(3) + oneSectionBody(4).substr(4), EncFault::Invalid },
-        { "one good section", oneSectionBody(4), EncFault::None },
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(parseEncText(kTag + "\r\n" + c.body).fault, c.fault) << c.name;
 }
 
 TEST(EncFile, TheFirstVersionDecidesWhichTargetTakesTheImage)
@@ -161,7 +142,7 @@ TEST(ShippedImages, EachSectionPassesThePacksCheckAndTheDamagedOneFails)
         { std::string(ZENTAVIA_TEST_IMAGES) + "/FW_0002_0000_6000_0719_damaged.enc", 6000, false },
     };
     for (const auto& c : cases) {
-        const auto image = parseEncText(readFile(c.path));
+        const auto image = parseEncText(readWholeFile(c.path));
         ASSERT_EQ(image.fault, EncFault::None) << c.path;
         ASSERT_EQ(image.sections.size(), 2u);
         EXPECT_EQ(image.sections[0].version, c.appVersion);

@@ -3,19 +3,20 @@
 // target, the repeat of a failed verification, a pack pulled in the middle of a download, the
 // calibration carried across the download, and what closing the window sets off.
 
+#include "calibration/cal_file.h"
 #include "core/active_form.h"
 #include "core/target_table.h"
 #include "driver/target_operations.h"
 #include "firmware_loader/calibration_carry.h"
 #include "firmware_loader/firmware_check.h"
 #include "firmware_loader/frm_boot_strap_loader.h"
+#include "platform/atomic_file.h"
 #include "support/sim_harness.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 using namespace zv;
 using platform::Answer;
@@ -36,25 +37,6 @@ zvsim::PackOptions pack(std::uint16_t target, zvsim::PackState state)
     options.targetId = target;
     options.state = state;
     return options;
-}
-
-std::string readText(const fs::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-std::string hexOf(const std::vector<std::uint8_t>& bytes)
-{
-    std::string text;
-    char pair[3];
-    for (auto b : bytes) {
-        std::snprintf(pair, sizeof pair, "%02X", b);
-        text += pair;
-    }
-    return text;
 }
 
 class LoaderWindow {
@@ -107,14 +89,8 @@ public:
 
     std::string targetName() const
     {
-        switch (sim.pack->model().options.targetId) {
-        case 0x1001:
-            return "ZK9460";
-        case 0x1002:
-            return "ZK9460S12";
-        default:
-            return "ZK9470";
-        }
+        const auto id = targetIdText(sim.pack->model().options.targetId);
+        return findTargetById(readTargetTable(sim.globals.gINIFile), id)->Name;
     }
 
     void load(const std::string& path)
@@ -146,7 +122,7 @@ public:
 
 } // namespace
 
-TEST(LoaderWindow, ThePackInItsApplicationLoaderComesBackWithTheShippedImage)
+TEST(LoaderWindow, ThePackInItsApplicationLoaderFailsADamagedImageAndComesBackWithTheShippedOne)
 {
     LoaderWindow w(pack(0x1003, zvsim::PackState::AppLoader));
     w.open();
@@ -174,10 +150,24 @@ TEST(LoaderWindow, ThePackInItsApplicationLoaderComesBackWithTheShippedImage)
     EXPECT_EQ(f.lblStatus.caption(), "Ready");
     ASSERT_TRUE(f.cmdDownload.enabled());
 
+    // A damaged image leaves the pack in the application loader; the user may retry.
+    w.load(kDamaged6000);
+    f.cmdDownload.click();
+    EXPECT_EQ(f.lastOutcome(), DownloadOutcome::DownloadFailed);
+    EXPECT_EQ(w.completions, std::vector<bool> { false }) << "the second section is not sent";
+    EXPECT_EQ(f.lblStatus.caption(), "Error");
+    EXPECT_EQ(w.info(), "Firmware download failed");
+    EXPECT_EQ(w.beeps, 1);
+    w.sim.loop.advance(20000);
+    EXPECT_EQ(w.sim.pack->model().state, zvsim::PackState::AppLoader);
+    EXPECT_EQ(w.firmware().application, 0);
+    EXPECT_TRUE(f.cmdDownload.enabled());
+
+    w.load(kImage6000);
     const auto start = w.sim.loop.milliseconds();
     f.cmdDownload.click();
     EXPECT_EQ(f.lastOutcome(), DownloadOutcome::Verified);
-    EXPECT_EQ(w.completions, (std::vector<bool> { true, true }));
+    EXPECT_EQ(w.completions, (std::vector<bool> { false, true, true }));
     EXPECT_EQ(w.sim.pack->model().state, zvsim::PackState::Application);
     EXPECT_EQ(w.firmware().application, 6000);
     EXPECT_EQ(w.firmware().build, 719);
@@ -191,29 +181,14 @@ TEST(LoaderWindow, ThePackInItsApplicationLoaderComesBackWithTheShippedImage)
     EXPECT_EQ(f.lblStatus.caption(), "Completed in " + std::to_string(seconds) + " Seconds");
     EXPECT_EQ(f.pgbRecords.value(), 100);
     EXPECT_TRUE(f.cmdLoadImage.enabled() && f.cmdDownload.enabled()) << "the buttons are given back";
-    EXPECT_EQ(w.beeps, 0);
+    EXPECT_EQ(w.beeps, 1) << "no beep for the good download";
     EXPECT_TRUE(w.boxTitles().empty());
     EXPECT_EQ(w.sim.settings.value("Software\\Norvale Systems\\Zentavia 3\\Settings", "Path_BootLoader"),
         test::programFolder() + "/Configuration Files/ZK9470/Firmware");
 }
 
-TEST(LoaderWindow, ADamagedImageLeavesThePackInTheApplicationLoader)
-{
-    LoaderWindow w(pack(0x1003, zvsim::PackState::AppLoader));
-    w.open();
-    w.load(kDamaged6000);
-    w.window->cmdDownload.click();
-    EXPECT_EQ(w.window->lastOutcome(), DownloadOutcome::DownloadFailed);
-    EXPECT_EQ(w.completions, std::vector<bool> { false }) << "the second section is not sent";
-    EXPECT_EQ(w.window->lblStatus.caption(), "Error");
-    EXPECT_EQ(w.info(), "Firmware download failed");
-    EXPECT_EQ(w.beeps, 1);
-    w.sim.loop.advance(20000);
-    EXPECT_EQ(w.sim.pack->model().state, zvsim::PackState::AppLoader);
-    EXPECT_EQ(w.firmware().application, 0);
-    EXPECT_TRUE(w.window->cmdDownload.enabled()) << "the user may retry";
-}
-
+// On a pack that runs its application: the loader opens in the target's firmware folder, offers
+// to preserve the calibration on target 1001 only, and checks each image against the target.
 TEST(LoaderWindow, ImagesAreCheckedAgainstTheTarget)
 {
     const fs::path oneSection = fs::temp_directory_path() / "zv_one_section.enc";
@@ -243,10 +218,22 @@ TEST(LoaderWindow, ImagesAreCheckedAgainstTheTarget)
         { 0x1002, trailingBlank.string(), "Invalid File Format",
             "The file zv_trailing_blank.enc is not a valid firmware file.", false },
         { 0x1002, invalid.string(), "Invalid File Format", "Error: File zv_invalid.enc is invalid.", false },
+        { 0x1001, kImage5000, nullptr, "", true },
     };
     for (const auto& c : cases) {
         LoaderWindow w(pack(c.target, zvsim::PackState::Application));
         w.open(true);
+        EXPECT_EQ(w.window->chkPreserve.visible(), c.target == 0x1001) << c.target;
+        EXPECT_FALSE(w.window->loader()->connectedBySelf);
+        EXPECT_EQ(w.window->caption(), "Zentavia BootStrap Loader");
+        EXPECT_EQ(w.info(), "Verification completed OK");
+        w.sim.dialogs.answerOpenFiles({});
+        w.window->cmdLoadImage.click();
+        EXPECT_EQ(w.sim.dialogs.lastShown().file.folder,
+            test::programFolder() + "/Configuration Files/" + (c.target == 0x1003 ? "ZK9470" : "ZK9460S12")
+                + "/Firmware");
+        EXPECT_EQ(w.window->lblFile.caption(), "n/a") << "a cancelled dialog changes nothing";
+
         w.sim.dialogs.answerOpenFiles({ c.image });
         if (c.title)
             w.sim.dialogs.answerMessage(Answer::OK);
@@ -262,60 +249,16 @@ TEST(LoaderWindow, ImagesAreCheckedAgainstTheTarget)
         }
         EXPECT_EQ(w.window->cmdDownload.enabled(), c.ready) << c.image;
         EXPECT_EQ(w.window->mnuDownload.enabled(), c.ready) << c.image;
+        if (c.image == oneSection.string()) {
+            EXPECT_EQ(w.window->lblFileCount.caption(), "1");
+            EXPECT_EQ(w.window->lblAppVersion.caption(), "File Version:");
+            EXPECT_EQ(w.window->lblDataVersion.caption(), "File Version:");
+            EXPECT_EQ(w.window->lblFile1Version.caption(), "5001");
+            EXPECT_EQ(w.window->lblFile2Version.caption(), "n/a");
+        }
     }
-    LoaderWindow w(pack(0x1002, zvsim::PackState::Application));
-    w.open(true);
-    w.load(oneSection.string());
-    EXPECT_EQ(w.window->lblFileCount.caption(), "1");
-    EXPECT_EQ(w.window->lblAppVersion.caption(), "File Version:");
-    EXPECT_EQ(w.window->lblDataVersion.caption(), "File Version:");
-    EXPECT_EQ(w.window->lblFile1Version.caption(), "5001");
-    EXPECT_EQ(w.window->lblFile2Version.caption(), "n/a");
     for (const auto& path : { oneSection, trailingBlank, invalid })
         fs::remove(path);
-}
-
-TEST(LoaderWindow, PreservingCalibrationIsOfferedOnTarget1001Only)
-{
-    struct Case {
-        std::uint16_t target;
-        bool offered;
-        const char* folder;
-    } cases[] = {
-        { 0x1001, true, "ZK9460S12" },
-        { 0x1002, false, "ZK9460S12" },
-        { 0x1003, false, "ZK9470" },
-    };
-    for (const auto& c : cases) {
-        LoaderWindow w(pack(c.target, zvsim::PackState::Application));
-        w.open(true);
-        EXPECT_EQ(w.window->chkPreserve.visible(), c.offered) << c.target;
-        EXPECT_FALSE(w.window->loader()->connectedBySelf);
-        EXPECT_EQ(w.window->caption(), "Zentavia BootStrap Loader");
-        EXPECT_EQ(w.info(), "Verification completed OK");
-        w.sim.dialogs.answerOpenFiles({});
-        w.window->cmdLoadImage.click();
-        EXPECT_EQ(w.sim.dialogs.lastShown().file.folder,
-            test::programFolder() + "/Configuration Files/" + c.folder + "/Firmware");
-        EXPECT_EQ(w.window->lblFile.caption(), "n/a") << "a cancelled dialog changes nothing";
-    }
-}
-
-TEST(LoaderWindow, AVerificationThatFailsOnceAndPassesOnTheRepeatCountsAsSuccess)
-{
-    LoaderWindow w(pack(0x1003, zvsim::PackState::Application));
-    w.open(true);
-    // The first file read after the last section fails: the first verification cannot read file 5.
-    w.onComplete = [&](bool) {
-        if (w.completions.size() == 2)
-            w.sim.pack->faults().forcedStatus = 4;
-    };
-    w.load(kImage6000);
-    w.window->cmdDownload.click();
-    EXPECT_EQ(w.sim.pack->faults().forcedStatus, -1) << "the fault was met";
-    EXPECT_EQ(w.window->lastOutcome(), DownloadOutcome::Verified);
-    EXPECT_EQ(w.info(), "Verification completed OK");
-    EXPECT_TRUE(w.boxTitles().empty());
 }
 
 TEST(LoaderWindow, APackPulledInTheMiddleOfADownloadFailsAndASecondDownloadSucceeds)
@@ -384,15 +327,16 @@ TEST(LoaderWindow, PreservingCarriesTheOldCalibrationIntoTheNewFirmware)
     // The restart into the new firmware put back the file's stored values (the test's pattern
     // lived in RAM only): the head is what the new firmware has, the calibration the old one.
     const std::string restore = test::programFolder() + "/CalRestore/";
-    const std::string fresh = readText(restore + "tmp.cal");
+    const std::string fresh = readWholeFile(restore + "tmp.cal");
     const std::string head = fresh.substr(0, 72);
-    EXPECT_NE(head, hexOf(old).substr(0, 72));
-    EXPECT_NE(fresh.substr(72, 100), hexOf(old).substr(72)) << "the new firmware lost the calibration";
+    EXPECT_NE(head, calLineText(old).substr(0, 72));
+    EXPECT_NE(fresh.substr(72, 100), calLineText(old).substr(72)) << "the new firmware lost the calibration";
     const auto& now = w.sim.pack->model().files.bytes(24);
-    EXPECT_EQ(hexOf(now), head + hexOf(old).substr(72));
-    EXPECT_EQ(readText(restore + "modified.cal").substr(0, 174), head + hexOf(old).substr(72) + "\r\n");
-    const auto saved = readText(w.folder / "before.cal");
-    EXPECT_EQ(saved.substr(0, saved.find("\r\n")), hexOf(old));
+    EXPECT_EQ(calLineText(now), head + calLineText(old).substr(72));
+    EXPECT_EQ(
+        readWholeFile(restore + "modified.cal").substr(0, 174), head + calLineText(old).substr(72) + "\r\n");
+    const auto saved = readWholeFile((w.folder / "before.cal").string());
+    EXPECT_EQ(saved.substr(0, saved.find("\r\n")), calLineText(old));
 }
 
 TEST(LoaderWindow, ANewCalibrationShorterThanTheOldAsksAndNoLeavesTheDownloadInPlace)
@@ -459,7 +403,7 @@ TEST(LoaderWindow, AFailedSaveOffersAbortRetryAndIgnore)
     }
 }
 
-TEST(LoaderWindow, ClosingAfterADownloadRunsTheSecondStageOfTheStartUp)
+TEST(LoaderWindow, ClosingAfterADownloadWhoseVerificationPassedOnTheRepeatRunsTheSecondStage)
 {
     struct Case {
         bool download;
@@ -475,8 +419,18 @@ TEST(LoaderWindow, ClosingAfterADownloadRunsTheSecondStageOfTheStartUp)
         w.mainWindowOpen = true;
         w.open(true);
         if (c.download) {
+            // The first file read after the last section fails: the first verification cannot read
+            // file 5, its repeat passes and the download counts as a success.
+            w.onComplete = [&](bool) {
+                if (w.completions.size() == 2)
+                    w.sim.pack->faults().forcedStatus = 4;
+            };
             w.load(kImage6000);
             w.window->cmdDownload.click();
+            EXPECT_EQ(w.sim.pack->faults().forcedStatus, -1) << "the fault was met";
+            EXPECT_EQ(w.window->lastOutcome(), DownloadOutcome::Verified);
+            EXPECT_EQ(w.info(), "Verification completed OK");
+            EXPECT_TRUE(w.boxTitles().empty());
         }
         w.window->mnuClose.click();
         EXPECT_FALSE(w.window->loaded());

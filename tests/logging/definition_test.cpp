@@ -79,7 +79,7 @@ protected:
     int downloadedCount() { return zvsim::definitionEntries(sim.pack->model().files.bytes(30)).size(); }
 };
 
-TEST_F(LoaderTest, DynamicLimitExactlyPassesOneMoreDownloadsNothing)
+TEST_F(LoaderTest, DynamicLimitExactlyPassesOneMoreDownloadsNothingStaticIsLeftToTheDevice)
 {
     const int limit = loader().definitionLimit();
     ASSERT_GT(limit, 1);
@@ -99,23 +99,13 @@ TEST_F(LoaderTest, DynamicLimitExactlyPassesOneMoreDownloadsNothing)
         "The maximum number of log definitions must not exceed " + std::to_string(limit) + ".\r\nThere are "
             + std::to_string(limit + 1) + " currently defined. Please reduce the number of entries.");
     EXPECT_EQ(downloadedCount(), 2) << "nothing was downloaded";
-}
 
-TEST_F(LoaderTest, StaticOverTheLimitIsNotRefusedByTheApplication)
-{
-    const int limit = loader().definitionLimit();
-    // The application sends it; the device is the one that refuses so long a definition.
+    // A static one over the limit: the application sends it; the device refuses so long a definition.
     sim.dialogs.answerMessage(platform::Answer::OK);
     EXPECT_FALSE(loader().LoadStaticLogDefinition(file("big.slog", entries(limit + 1))));
     EXPECT_EQ(sim.dialogs.lastShown().text,
         "An error has occurred while attempting to download the Static Data Log Definition File");
 }
-
-} // namespace
-} // namespace zv::test
-
-namespace zv::test {
-namespace {
 
 struct BoxCase {
     const char* name;
@@ -176,12 +166,6 @@ TEST_F(LoaderTest, MenuLoadTellsTheOutcomeByName)
     EXPECT_EQ(sim.dialogs.lastShown().text, "An error has occurred while loading file broken.dlog.");
 }
 
-} // namespace
-} // namespace zv::test
-
-namespace zv::test {
-namespace {
-
 // The definitions shipped in "Data Logging Files" fit the pack and decode to plausible values.
 TEST_F(LoaderTest, ShippedDefinitionsLoadAndDecodeThePacksValues)
 {
@@ -192,18 +176,20 @@ TEST_F(LoaderTest, ShippedDefinitionsLoadAndDecodeThePacksValues)
     writer().settings.DynamicDefinitionFile = folder + "characterize_12cell.dlog";
     ASSERT_TRUE(start("shipped"));
     sample();
-    const auto all = lines();
+    const auto fields = [](const std::string& line) {
+        std::vector<std::string> row;
+        std::stringstream in(line);
+        for (std::string field; std::getline(in, field, ',');)
+            row.push_back(field);
+        return row;
+    };
     std::vector<std::string> header;
     std::vector<std::string> data;
-    for (const auto& line : all) {
-        std::stringstream fields(line);
-        std::vector<std::string> row;
-        for (std::string field; std::getline(fields, field, ',');)
-            row.push_back(field);
-        if (!row.empty() && row[0] == "HEADER [D]")
-            header = row;
-        if (!row.empty() && row[0] == "DATA")
-            data = row;
+    for (const auto& line : lines()) {
+        if (line.starts_with("HEADER [D],"))
+            header = fields(line);
+        if (line.starts_with("DATA,"))
+            data = fields(line);
     }
     ASSERT_EQ(header.size(), data.size());
     const auto column = [&](const std::string& label) {

@@ -3,34 +3,37 @@
 // definition files and the log, and the date and time of an en_US desktop (M/d/yyyy, h:mm:ss AM).
 
 #include "logging/log_writer.h"
+#include "platform/atomic_file.h"
 #include "support/sim_harness.h"
 
 #include <ctime>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <unistd.h>
 
 namespace zv::test {
 
-inline std::string usDate(std::chrono::system_clock::time_point when)
+inline std::tm utc(std::chrono::system_clock::time_point when)
 {
     const std::time_t t = std::chrono::system_clock::to_time_t(when);
     std::tm tm {};
     gmtime_r(&t, &tm);
+    return tm;
+}
+
+inline std::string usDate(std::chrono::system_clock::time_point when)
+{
+    const std::tm tm = utc(when);
     return std::to_string(tm.tm_mon + 1) + "/" + std::to_string(tm.tm_mday) + "/"
         + std::to_string(tm.tm_year + 1900);
 }
 
 inline std::string usTime(std::chrono::system_clock::time_point when)
 {
-    const std::time_t t = std::chrono::system_clock::to_time_t(when);
-    std::tm tm {};
-    gmtime_r(&t, &tm);
+    const std::tm tm = utc(when);
     char rest[16];
     std::strftime(rest, sizeof rest, ":%M:%S %p", &tm);
-    const int hour = tm.tm_hour % 12 == 0 ? 12 : tm.tm_hour % 12;
-    return std::to_string(hour) + rest;
+    return std::to_string(tm.tm_hour % 12 == 0 ? 12 : tm.tm_hour % 12) + rest;
 }
 
 class LogRig {
@@ -72,19 +75,12 @@ public:
         return path.string();
     }
 
-    [[nodiscard]] std::string log() const
-    {
-        std::ifstream in(folder / "log.csv", std::ios::binary);
-        std::ostringstream all;
-        all << in.rdbuf();
-        return all.str();
-    }
-
     // The log's lines without their CR LF; a line left without one is marked.
     [[nodiscard]] std::vector<std::string> lines() const
     {
+        const std::string text
+            = std::filesystem::exists(folder / "log.csv") ? readWholeFile((folder / "log.csv").string()) : "";
         std::vector<std::string> result;
-        const std::string text = log();
         std::size_t start = 0;
         while (start < text.size()) {
             const auto end = text.find("\r\n", start);

@@ -6,6 +6,7 @@
 #include "logging/log_definition_loader.h"
 #include "logging/log_wizard_rules.h"
 #include "monitor/monitor_fixture.h"
+#include "platform/atomic_file.h"
 
 #include <gmock/gmock.h>
 
@@ -139,10 +140,7 @@ TEST_F(LogWizardTest, GeneratedFileLoadsAndDownloads)
     const auto* temperature = h.driver().nodes.Item(3)->NodeParameters.FindByName("Temperature");
     const auto* gateway = h.driver().GatewayParameters.FindByName(gatewayKey);
     ASSERT_TRUE(temperature && gateway);
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream all;
-    all << in.rdbuf();
-    EXPECT_EQ(all.str(),
+    EXPECT_EQ(readWholeFile(path),
         "Tick\t0\t0\tU\r\nTemperature(3)\t4\t"
             + std::to_string(temperature->FileIndex + 2 * wizard.ParametersInFile4) + "\t"
             + wizardTypeLetter(temperature->SubBlockDataType) + "\r\n" + wizard.ListDestination.rows()[1].text

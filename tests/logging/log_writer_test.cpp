@@ -44,7 +44,7 @@ std::string literal(const std::string& text)
     return std::regex_replace(text, std::regex(R"([.^$|()\[\]{}*+?\\])"), R"(\$&)");
 }
 
-TEST_F(LogWriterTest, SessionAsTheExampleShowsIt)
+TEST_F(LogWriterTest, SessionAsTheExampleShowsItThenASecondSessionInTheSameFile)
 {
     writer().settings.StaticDefinitionFile = staticPath;
     ASSERT_TRUE(start("first, charge"));
@@ -77,13 +77,8 @@ TEST_F(LogWriterTest, SessionAsTheExampleShowsIt)
     EXPECT_EQ(sim.dialogs.shown().front().title, "Enter Comment");
     EXPECT_EQ(sim.dialogs.shown().front().text,
         "Would you like to add a comment to the start of this log session?");
-}
 
-TEST_F(LogWriterTest, TwoSessionsInOneFile)
-{
-    writer().settings.StaticDefinitionFile = staticPath;
-    ASSERT_TRUE(start("one"));
-    sample();
+    // A second session in the same file.
     sim.globals.PollingActive = false;
     writer().CloseLog();
     sim.dialogs.answerMessage(platform::Answer::OK); // the file exists: append
@@ -92,12 +87,12 @@ TEST_F(LogWriterTest, TwoSessionsInOneFile)
     const auto second = std::find_if(
         all.begin() + 1, all.end(), [](const std::string& l) { return l.starts_with("COMMENT,"); });
     ASSERT_NE(second, all.end()) << ::testing::PrintToString(all);
-    const auto at = static_cast<std::size_t>(second - all.begin());
+    const auto next = static_cast<std::size_t>(second - all.begin());
     // The first session's closing static block, its data row, two empty lines, the second session.
-    EXPECT_THAT(all[at - 4], HasSubstr("HEADER,Date,Time,Capture,Serial,Cycles"));
-    EXPECT_THAT(all[at - 3], ::testing::StartsWith("DATA,"));
-    EXPECT_EQ(all[at - 2], "");
-    EXPECT_EQ(all[at - 1], "");
+    EXPECT_THAT(all[next - 4], HasSubstr("HEADER,Date,Time,Capture,Serial,Cycles"));
+    EXPECT_THAT(all[next - 3], ::testing::StartsWith("DATA,"));
+    EXPECT_EQ(all[next - 2], "");
+    EXPECT_EQ(all[next - 1], "");
     EXPECT_THAT(*second, ::testing::EndsWith(",0,two"));
     EXPECT_EQ(sim.dialogs.shown()[sim.dialogs.shown().size() - 2].text,
         "The file log.csv already exists.\r\nIf you continue, the data collected will be appended to the "

@@ -6,6 +6,7 @@
 #include "core/settings_table.h"
 #include "logging/logging_commands.h"
 #include "monitor/monitor_fixture.h"
+#include "platform/atomic_file.h"
 
 #include <filesystem>
 #include <unistd.h>
@@ -60,6 +61,14 @@ TEST_F(LoggingCommandsTest, AutoLoggingFollowsThePollWithAPendingComment)
 {
     makeCommands(true);
     EXPECT_FALSE(form->mnuStartLogging.visible()) << "AutoLogging hides the start and stop entries";
+    // An empty comment: the question, and No leaves the poll off.
+    h.dialogs.answerInput("");
+    h.dialogs.answerMessage(platform::Answer::No);
+    form->mnuPollAllContinuously.click();
+    EXPECT_EQ(h.dialogs.lastShown().text, "Logging failed to start.\r\nContinue polling without logging?");
+    EXPECT_FALSE(h.globals.PollingActive);
+    EXPECT_FALSE(fs::exists(logPath()));
+
     h.dialogs.answerInput("auto run");
     form->mnuPollAllContinuously.click();
     ASSERT_TRUE(commands->writer.LogOpen);
@@ -85,20 +94,8 @@ TEST_F(LoggingCommandsTest, AutoLoggingFollowsThePollWithAPendingComment)
     EXPECT_EQ(shape.rows.at("HEADER"), 2);
     EXPECT_GE(shape.rows.at("DATA"), 2 + 4) << "a row each second sample of ten seconds";
     EXPECT_THAT(shape.mismatches, ::testing::IsEmpty());
-    std::ifstream in(logPath());
-    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    EXPECT_THAT(text, ::testing::ContainsRegex("COMMENT,[^,]+,[^,]+,0\\.[0-9]+,mid  run"));
-}
-
-TEST_F(LoggingCommandsTest, EmptyCommentWithAutoLoggingAsksWhetherToPollAnyway)
-{
-    makeCommands(true);
-    h.dialogs.answerInput("");
-    h.dialogs.answerMessage(platform::Answer::No);
-    form->mnuPollAllContinuously.click();
-    EXPECT_EQ(h.dialogs.lastShown().text, "Logging failed to start.\r\nContinue polling without logging?");
-    EXPECT_FALSE(h.globals.PollingActive);
-    EXPECT_FALSE(fs::exists(logPath()));
+    EXPECT_THAT(
+        readWholeFile(logPath()), ::testing::ContainsRegex("COMMENT,[^,]+,[^,]+,0\\.[0-9]+,mid  run"));
 }
 
 TEST_F(LoggingCommandsTest, StartWhilePollingOpensTheLogAtTheNextTick)

@@ -5,8 +5,8 @@
 #include "commands/command_words.h"
 #include "core/globals.h"
 #include "core/settings_table.h"
-#include "platform/atomic_file.h"
 #include "pack_configuration/pack_flows.h"
+#include "platform/atomic_file.h"
 #include "platform/desktop.h"
 #include "support/sim_harness.h"
 
@@ -147,9 +147,26 @@ TEST_F(PackFlowTest, ASavedConfigurationLoadsBackBitForBit)
     EXPECT_TRUE(dialogs.shown().empty());
 }
 
-TEST_F(PackFlowTest, AWriteThatFailsHalfWayLeavesTheFlashAsItWas)
+// Files that are not a pack configuration are refused before any write; a write that fails half
+// way leaves the flash as it was.
+TEST_F(PackFlowTest, RefusedFilesAndAHalfWayFailureLeaveTheFlashAsItWas)
 {
     const std::string file = saveDat();
+    std::string bytes = readWholeFile(file);
+    bytes[bytes.size() - 10] = bytes[bytes.size() - 10] == 'A' ? 'B' : 'A'; // inside the last data text
+    writeFileReplacing(path("tampered.dat"), bytes);
+    writeFileReplacing(path("pack.txt"), "x");
+    for (int box = 0; box < 4; ++box)
+        dialogs.answerMessage(Answer::OK);
+    EXPECT_FALSE(flows->loadFromFile(path("tampered.dat"), false));
+    EXPECT_FALSE(flows->loadFromFile(path("pack.txt"), false));
+    EXPECT_THAT(dialogs.shown()[0].text,
+        HasSubstr(
+            "Please verify that '" + path("tampered.dat") + "' is a Pack Configuration File.\r\nError: "));
+    EXPECT_EQ(dialogs.shown()[1].text,
+        "The file pack.txt has the wrong extension.\r\nPlease select a different file.");
+    EXPECT_THAT(splashes, ::testing::Each("Reading File Contents...")) << "nothing was written";
+
     changeThePack();
     pack->model().files.commit();
     const std::string flash = pack->model().files.flashText();
@@ -157,61 +174,38 @@ TEST_F(PackFlowTest, AWriteThatFailsHalfWayLeavesTheFlashAsItWas)
         if (text == "Writing Configuration " && percent >= 50)
             pack->faults().forcedStatus = 5;
     };
-    dialogs.answerMessage(Answer::OK);
-    dialogs.answerMessage(Answer::OK);
     EXPECT_FALSE(flows->loadFromFile(file, false));
-    EXPECT_THAT(boxTitles(), ElementsAre("Error downloading file", ""));
-    EXPECT_EQ(dialogs.shown()[0].text,
+    EXPECT_THAT(boxTitles(),
+        ElementsAre("Invalid file format", "Invalid File Extension", "Error downloading file", ""));
+    EXPECT_EQ(dialogs.shown()[2].text,
         "An error has occurred while downloading the pack configuration.\r\nOperation aborted");
-    EXPECT_EQ(dialogs.shown()[1].text, pack_texts::kLoadFailed);
+    EXPECT_EQ(dialogs.shown()[3].text, pack_texts::kLoadFailed);
     EXPECT_EQ(commits, 0);
     EXPECT_TRUE(logins.empty());
     pack->model().files.restart();
     EXPECT_EQ(pack->model().files.flashText(), flash) << "nothing was committed";
 }
 
-TEST_F(PackFlowTest, FilesThatAreNotAPackConfigurationAreRefusedBeforeAnyWrite)
-{
-    const std::string file = saveDat();
-    std::string bytes = readWholeFile(file);
-    bytes[bytes.size() - 10] = bytes[bytes.size() - 10] == 'A' ? 'B' : 'A'; // inside the last data text
-    writeFileReplacing(path("tampered.dat"), bytes);
-    writeFileReplacing(path("pack.txt"), "x");
-    dialogs.answerMessage(Answer::OK);
-    dialogs.answerMessage(Answer::OK);
-    EXPECT_FALSE(flows->loadFromFile(path("tampered.dat"), false));
-    EXPECT_FALSE(flows->loadFromFile(path("pack.txt"), false));
-    EXPECT_THAT(boxTitles(), ElementsAre("Invalid file format", "Invalid File Extension"));
-    EXPECT_THAT(dialogs.shown()[0].text,
-        HasSubstr(
-            "Please verify that '" + path("tampered.dat") + "' is a Pack Configuration File.\r\nError: "));
-    EXPECT_EQ(dialogs.shown()[1].text,
-        "The file pack.txt has the wrong extension.\r\nPlease select a different file.");
-    EXPECT_THAT(splashes, ::testing::Each("Reading File Contents...")) << "nothing was written";
-    EXPECT_EQ(commits, 0);
-}
-
 TEST_F(PackFlowTest, PasswordCasesThatSkipTheLogin)
 {
     ASSERT_TRUE(flows->ReadPackConfiguration());
     auto& list = driver().Directory.PackConfigurationFile;
-    PackProperties* passwords = nullptr;
-    for (auto& element : list)
-        if (element.FileNumber == 16)
-            passwords = &element;
-    ASSERT_NE(passwords, nullptr);
-    const std::string original = passwords->FileData.text();
+    const auto passwords = [&list]() -> PackProperties* {
+        for (auto& element : list)
+            if (element.FileNumber == 16)
+                return &element;
+        return nullptr;
+    };
+    ASSERT_NE(passwords(), nullptr);
+    const std::string original = passwords()->FileData.text();
     for (const std::string& record : { std::string(16, '0'), std::string(16, 'F') }) {
-        passwords->FileData = original.substr(0, 16) + record + original.substr(32);
+        passwords()->FileData = original.substr(0, 16) + record + original.substr(32);
         writeFileReplacing(path("p.dat"), [&] {
             const auto bytes = writeDat(applicationHeader(), list);
             return std::string(bytes.begin(), bytes.end());
         }());
         ASSERT_TRUE(flows->LoadPackConfiguration(path("p.dat")));
         ASSERT_TRUE(flows->ReadPackConfiguration());
-        for (auto& element : list)
-            if (element.FileNumber == 16)
-                passwords = &element;
     }
     // A one-file text form: file 14 written whole, no login.
     std::ofstream(path("map.tmap")) << "Zentavia\n3.0\n1\n14\nTempMap\n2\n16\n"

@@ -3,14 +3,13 @@
 
 #include "access/crypt_text.h"
 #include "access/pack_key.h"
-#include "core/globals.h"
-#include "platform/atomic_file.h"
 #include "pack_configuration/dat_file.h"
 #include "pack_configuration/editable_file.h"
 #include "pack_configuration/pack_format_error.h"
 #include "pack_configuration/ppcsv_file.h"
 #include "pack_configuration/xml_file.h"
 #include "params/raw_conversion.h"
+#include "platform/atomic_file.h"
 #include "platform/testing/scripted_dialogs.h"
 
 #include <filesystem>
@@ -74,17 +73,16 @@ TEST(DatFile, WritesEncipheredRecordsThatReadBackWithThePackSecret)
     EXPECT_EQ(content.header.version, "3.0");
     ASSERT_EQ(content.files.size(), 3u);
     EXPECT_EQ(percents, (std::vector<int> { 33, 66, 100 }));
-    const PackProperties& identity = content.files[2];
-    EXPECT_FALSE(identity.Cloned) << "read from disk";
-    EXPECT_EQ(identity.FileName, "File8");
-    EXPECT_EQ(identity.FileNumber, 8);
-    EXPECT_EQ(identity.FileSize, 96);
-    EXPECT_EQ(identity.FileChunk, 32);
-    EXPECT_EQ(identity.FileMaxBytes, 64);
-    EXPECT_EQ(identity.FileData.text(), repeat("41", 96));
+    const PackProperties& f = content.files[2];
+    EXPECT_FALSE(f.Cloned) << "read from disk";
+    EXPECT_EQ(std::tie(f.FileName, f.FileNumber, f.FileSize, f.FileChunk, f.FileMaxBytes),
+        std::make_tuple(std::string("File8"), std::uint8_t { 8 }, std::uint16_t { 96 }, std::uint16_t { 32 },
+            std::uint16_t { 64 }));
+    EXPECT_EQ(f.FileData.text(), repeat("41", 96));
     EXPECT_TRUE(content.password.present);
     EXPECT_EQ(content.password.text, "engineer");
     EXPECT_EQ(content.password.bytes, passwordBytes("engineer"));
+    EXPECT_EQ(passwordOf(passwordFile("7365637265740000")).text, "secret") << "zero bytes dropped";
 }
 
 TEST(DatFile, RefusesWhatIsNotAPackConfiguration)
@@ -125,22 +123,6 @@ TEST(DatFile, RefusesWhatIsNotAPackConfiguration)
         << "only a configuration read from the device is written";
 }
 
-TEST(DatFile, PasswordRecordsThatSkipTheLogin)
-{
-    AppGlobals globals;
-    struct Case {
-        const char* what;
-        std::string record;
-        bool loginNeeded;
-    };
-    for (const Case& c : std::vector<Case> { { "all zero", repeat("00", 8), false },
-             { "unset", repeat("FF", 8), false }, { "set", "7365637265740000", true } }) {
-        const PackPassword password = passwordOf(passwordFile(c.record));
-        EXPECT_EQ(!password.text.empty() && IsPasswordSet(globals, password.bytes), c.loginNeeded) << c.what;
-    }
-    EXPECT_EQ(passwordOf(passwordFile("7365637265740000")).text, "secret") << "zero bytes dropped";
-}
-
 TEST(XmlFile, RowsOfThirtyTwoBytesPaddedWithFFAndCheckedBySum)
 {
     PackConfigurationFile list;
@@ -156,7 +138,6 @@ TEST(XmlFile, RowsOfThirtyTwoBytesPaddedWithFFAndCheckedBySum)
         HasSubstr("    <File id=\"09\" size=\"0021\" chunk=\"02\">\n      <Data csum=\"20\">"
             + repeat("01", 32) + "</Data>\n      <Data csum=\"E2\">01" + repeat("FF", 31) + "</Data>\n"));
     EXPECT_THAT(xml, ::testing::Not(HasSubstr("id=\"0A\"")));
-    EXPECT_EQ(rowChecksum(repeat("FF", 32)), 0xE0);
 
     list.Remove(3);
     EXPECT_EQ(verifyPackXml(xml, list), kXmlRead);
@@ -245,11 +226,11 @@ TEST_F(EditableFileTest, CommentsAndBlankLinesDoNotCount)
     const auto file = readEditablePCFile(text, conversion, directory);
     EXPECT_EQ(file.header.title, "Zentavia");
     EXPECT_EQ(file.header.version, "3.0");
-    EXPECT_EQ(file.file.FileNumber, 13);
-    EXPECT_EQ(file.file.FileName, "TempMap");
-    EXPECT_EQ(file.file.FileSize, 6);
-    EXPECT_EQ(file.file.FileChunk, 2);
-    EXPECT_EQ(file.file.FileMaxBytes, 32) << "from the directory entry of the file";
+    const PackProperties& f = file.file;
+    EXPECT_EQ(std::tie(f.FileName, f.FileNumber, f.FileSize, f.FileChunk, f.FileMaxBytes),
+        std::make_tuple(std::string("TempMap"), std::uint8_t { 13 }, std::uint16_t { 6 }, std::uint16_t { 2 },
+            std::uint16_t { 32 }))
+        << "the largest part from the directory entry of the file";
     EXPECT_EQ(file.file.FileData.text(), "64003412FFFF") << "low byte first";
     EXPECT_TRUE(dialogs.shown().empty());
 }
