@@ -6,11 +6,11 @@
 #include "core/settings_table.h"
 #include "driver/cls_main.h"
 #include "monitor/main_title.h"
-#include "platform/atomic_file.h"
 #include "pack_configuration/pack_flows.h"
 #include "pack_configuration/ppcsv_file.h"
 #include "params/hex_text.h"
 #include "params/number_text.h"
+#include "platform/atomic_file.h"
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
 

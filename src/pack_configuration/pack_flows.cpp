@@ -7,10 +7,10 @@
 #include "driver/cls_main.h"
 #include "monitor/main_title.h"
 #include "monitor/open_associated.h"
-#include "platform/atomic_file.h"
 #include "pack_configuration/editable_file.h"
 #include "pack_configuration/pack_format_error.h"
 #include "pack_configuration/xml_file.h"
+#include "platform/atomic_file.h"
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
 
