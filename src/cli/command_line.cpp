@@ -239,10 +239,11 @@ int parseNumber(const std::string& text, const std::string& what, int lowest, in
 QStringList argumentList(const std::vector<std::string>& arguments, const Options& options)
 {
     const auto takesValue = [&](const std::string& argument) {
-        if (argument.size() < 2 || argument[0] != '-' || argument == "--"
+        const auto nameStart = argument.find_first_not_of('-');
+        if (argument.empty() || argument[0] != '-' || nameStart == std::string::npos
             || argument.find('=') != std::string::npos)
             return false;
-        const QString name = QString::fromStdString(argument.substr(argument.find_first_not_of('-')));
+        const QString name = QString::fromStdString(argument.substr(nameStart));
         for (const auto* option : { &options.port, &options.usb, &options.home, &options.address,
                  &options.node, &options.password, &options.format, &options.count, &options.rate,
                  &options.log, &options.comment, &options.dlog, &options.slog, &options.preserveCal })

@@ -163,6 +163,8 @@ TEST_F(CliTest, UsageErrorsExitWithTwo)
              { "--address", "200", "detect" },
              { "sbread", "1", "--format", "OCT" },
              { "--port", "/dev/ttyS0", "--usb", "cp2112", "detect" },
+             { "get", "---", "-5" },
+             { "read-file", "--", "-1" },
          }) {
         const auto result = run(line);
         EXPECT_EQ(result.status, 2) << ::testing::PrintToString(line);
