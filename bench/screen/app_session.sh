@@ -23,35 +23,15 @@ cleanup() {
 }
 trap cleanup EXIT INT TERM
 
-display=":$((90 + RANDOM % 100))"
-Xvfb "$display" -screen 0 1280x900x24 -nolisten tcp >"$run_dir/xvfb.log" 2>&1 &
-pids+=($!)
-export DISPLAY=$display
-# The display is up once its socket exists.
-for _ in $(seq 100); do [ -e "/tmp/.X11-unix/X${display#:}" ] && break; sleep 0.1; done
+. "$(dirname "$0")/session_common.sh"
+start_display
 
 link="$run_dir/ttyPACK"
 "$bin/zentavia-packsim" --link "$link" --wire-pacing --cells 16 >"$run_dir/packsim.log" 2>&1 &
 pids+=($!)
 for _ in $(seq 100); do [ -e "$link" ] && break; sleep 0.1; done
 
-cat >"$run_dir/settings.ini" <<INI
-[Ports]
-COM1=$link
-[Software\\Norvale Systems\\Zentavia 3\\Settings]
-PollingInterval=1
-INI
-ZENTAVIA_HOME="$bin" ZENTAVIA_SETTINGS="$run_dir/settings.ini" "$bin/zentavia" >"$run_dir/app.log" 2>&1 &
-app=$!
-pids+=($app)
-
-window=""
-for _ in $(seq 300); do
-  window=$(xdotool search --onlyvisible --name "Norvale Systems - Zentavia" 2>/dev/null | head -n 1 || true)
-  [ -n "$window" ] && break
-  sleep 0.2
-done
-[ -n "$window" ] || { echo "the main window did not appear" >&2; cat "$run_dir/app.log" >&2; exit 1; }
+start_zentavia "$link" 300
 # Start-up reads every parameter of the pack before the poll entry is available.
 sleep "${SETTLE:-30}"
 

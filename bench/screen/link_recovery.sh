@@ -11,7 +11,6 @@
 set -euo pipefail
 bin=$(cd "$1" && pwd)
 out=$2
-display=${3:-":$((90 + RANDOM % 100))"}
 mkdir -p "$out"
 
 run_dir=$(mktemp -d)
@@ -25,10 +24,8 @@ cleanup() {
 }
 trap cleanup EXIT INT TERM
 
-Xvfb "$display" -screen 0 1280x900x24 -nolisten tcp >"$run_dir/xvfb.log" 2>&1 &
-pids+=($!)
-export DISPLAY=$display
-for _ in $(seq 100); do [ -e "/tmp/.X11-unix/X${display#:}" ] && break; sleep 0.1; done
+. "$(dirname "$0")/session_common.sh"
+start_display "${3:-}"
 
 link="$run_dir/ttyPACK"
 start_sim() {
@@ -38,23 +35,7 @@ start_sim() {
 }
 start_sim
 
-cat >"$run_dir/settings.ini" <<INI
-[Ports]
-COM1=$link
-[Software\\Norvale Systems\\Zentavia 3\\Settings]
-PollingInterval=1
-INI
-ZENTAVIA_HOME="$bin" ZENTAVIA_SETTINGS="$run_dir/settings.ini" "$bin/zentavia" >"$run_dir/app.log" 2>&1 &
-app=$!
-pids+=($app)
-
-window=""
-for _ in $(seq 600); do
-  window=$(xdotool search --onlyvisible --name "Norvale Systems - Zentavia" 2>/dev/null | head -n 1 || true)
-  [ -n "$window" ] && break
-  sleep 0.2
-done
-[ -n "$window" ] || { echo "the main window did not appear" >&2; cat "$run_dir/app.log" >&2; exit 1; }
+start_zentavia "$link" 600
 sleep "${SETTLE:-30}"
 xdotool windowmove "$window" 0 0 windowsize "$window" 1280 860
 sleep 1
